@@ -1,0 +1,5 @@
+#include "cli/stageactions.h"
+
+void runAfStore(const RunParameters&) {}
+
+void runAfCheck(const RunParameters&) {}

@@ -1,0 +1,3 @@
+#include "cli/stageactions.h"
+
+void runEepromExport(const RunParameters&) {}

@@ -1,0 +1,5 @@
+#include "cli/stageactions.h"
+
+void runPdOffsetWrite(const RunParameters&) {}
+
+void runPdOffsetSfrData(const RunParameters&) {}

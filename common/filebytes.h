@@ -1,0 +1,10 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+// Reads a whole file. False when it cannot be opened or read (a directory, say).
+bool readWholeFile(const char* path, std::vector<unsigned char>* bytes);
+
+// Two upper-case hexadecimal digits per byte, no separators.
+std::string hexText(const std::vector<unsigned char>& bytes);

@@ -1,0 +1,34 @@
+#include "common/persistlock.h"
+
+#include <fcntl.h>
+#include <sys/file.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <chrono>
+#include <cstdio>
+#include <thread>
+
+PersistLock::PersistLock(std::string directory, int timeoutMs)
+    : directory(std::move(directory)), timeoutMs(timeoutMs) {}
+
+PersistLock::~PersistLock() = default;
+
+bool PersistLock::acquire() {
+    if (fd.valid()) return true;
+    fd.reset(open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!fd.valid()) return true;
+
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
+    for (;;) {
+        if (flock(fd.get(), LOCK_EX | LOCK_NB) == 0) return true;
+        if (errno != EWOULDBLOCK && errno != EINTR) return true;  // no locking here: go on
+        if (std::chrono::steady_clock::now() >= deadline) break;
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    }
+    fd.reset();
+    fprintf(stdout,
+            "Error:persist directory %s is in use by another optoquill, gave up after %d ms\n",
+            directory.c_str(), timeoutMs);
+    return false;
+}

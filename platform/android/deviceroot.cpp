@@ -1,0 +1,5 @@
+#include "platform/deviceroot.h"
+
+const char* optoquillDeviceRoot() {
+    return "";
+}

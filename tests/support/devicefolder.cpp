@@ -1,0 +1,182 @@
+#include "tests/support/devicefolder.h"
+
+#include <dirent.h>
+#include <fcntl.h>
+#include <ftw.h>
+#include <poll.h>
+#include <signal.h>
+#include <sys/resource.h>
+#include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <fstream>
+#include <sstream>
+
+namespace {
+
+std::vector<std::string> splitWords(const std::string& text) {
+    std::istringstream stream(text);
+    std::vector<std::string> words;
+    for (std::string word; stream >> word;) words.push_back(word);
+    return words;
+}
+
+int removeEntry(const char* path, const struct stat*, int, FTW*) {
+    return remove(path);
+}
+
+void readBoth(int outFd, int errFd, std::string* out, std::string* err) {
+    pollfd fds[2] = {{outFd, POLLIN, 0}, {errFd, POLLIN, 0}};
+    std::string* sinks[2] = {out, err};
+    int open = 2;
+    while (open > 0) {
+        if (poll(fds, 2, -1) < 0) continue;
+        for (int i = 0; i < 2; ++i) {
+            if (fds[i].fd < 0 || fds[i].revents == 0) continue;
+            char buffer[4096];
+            ssize_t count = read(fds[i].fd, buffer, sizeof buffer);
+            if (count > 0) {
+                sinks[i]->append(buffer, static_cast<size_t>(count));
+            } else {
+                fds[i].fd = -1;
+                --open;
+            }
+        }
+    }
+}
+
+}  // namespace
+
+DeviceFolder::DeviceFolder() {
+    const char* tmp = getenv("TMPDIR");
+    std::string pattern = std::string(tmp != nullptr && *tmp ? tmp : "/tmp") + "/optoquill-XXXXXX";
+    std::vector<char> name(pattern.begin(), pattern.end());
+    name.push_back('\0');
+    if (mkdtemp(name.data()) == nullptr) abort();
+    rootPath = name.data();
+    for (const char* folder :
+         {"/mnt", "/mnt/vendor", "/mnt/vendor/persist", "/mnt/vendor/persist/camera", "/sdcard"}) {
+        mkdir((rootPath + folder).c_str(), 0755);
+    }
+    static std::atomic<int> counter{0};
+    prefix = "optoquill-test-" + std::to_string(getpid()) + "-" + std::to_string(counter++) + ".";
+    writeProperties();
+}
+
+DeviceFolder::~DeviceFolder() {
+    nftw(rootPath.c_str(), removeEntry, 16, FTW_DEPTH | FTW_PHYS);
+}
+
+std::string DeviceFolder::persistFile(const std::string& name) const {
+    return rootPath + "/mnt/vendor/persist/camera/" + name;
+}
+
+void DeviceFolder::setProperty(const std::string& name, const std::string& value) {
+    properties[name] = value;
+    writeProperties();
+}
+
+void DeviceFolder::writeProperties() const {
+    std::string text = "# properties of the emulated device\n";
+    for (const auto& [name, value] : properties) text += name + "=" + value + "\n";
+    writeFile(rootPath + "/properties", text);
+}
+
+std::string DeviceFolder::log() const {
+    return fileExists(rootPath + "/log") ? readFile(rootPath + "/log") : "";
+}
+
+std::vector<std::string> DeviceFolder::persistEntries() const {
+    std::vector<std::string> names;
+    DIR* directory = opendir((rootPath + "/mnt/vendor/persist/camera").c_str());
+    if (directory == nullptr) return names;
+    while (dirent* entry = readdir(directory)) {
+        std::string name = entry->d_name;
+        if (name != "." && name != "..") names.push_back(name);
+    }
+    closedir(directory);
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+RunResult DeviceFolder::run(const std::vector<std::string>& arguments,
+                            const RunOptions& options) const {
+    std::vector<std::string> command = splitWords(OPTOQUILL_TEST_EMULATOR);
+    command.push_back(OPTOQUILL_BINARY);
+    command.insert(command.end(), arguments.begin(), arguments.end());
+    std::vector<char*> argv;
+    for (std::string& word : command) argv.push_back(word.data());
+    argv.push_back(nullptr);
+    const std::string properties =
+        options.propertiesFile.empty() ? rootPath + "/properties" : options.propertiesFile;
+    const std::string log = rootPath + "/log";
+
+    int outPipe[2];
+    int errPipe[2];
+    if (pipe(outPipe) != 0 || pipe(errPipe) != 0) abort();
+    pid_t child = fork();
+    if (child == 0) {
+        dup2(outPipe[1], 1);
+        dup2(errPipe[1], 2);
+        for (int fd : {outPipe[0], outPipe[1], errPipe[0], errPipe[1]}) close(fd);
+        setenv("OPTOQUILL_ROOT", rootPath.c_str(), 1);
+        setenv("OPTOQUILL_LOG", log.c_str(), 1);
+        setenv("OPTOQUILL_SOCKET_PREFIX", prefix.c_str(), 1);
+        if (options.withoutProperties) {
+            unsetenv("OPTOQUILL_PROPERTIES");
+        } else {
+            setenv("OPTOQUILL_PROPERTIES", properties.c_str(), 1);
+        }
+        if (options.fileSizeLimit >= 0) {
+            signal(SIGXFSZ, SIG_IGN);  // a write past the limit fails, as on a full disk
+            rlimit limit = {static_cast<rlim_t>(options.fileSizeLimit),
+                            static_cast<rlim_t>(options.fileSizeLimit)};
+            setrlimit(RLIMIT_FSIZE, &limit);
+        }
+        execv(argv[0], argv.data());
+        _exit(127);
+    }
+    close(outPipe[1]);
+    close(errPipe[1]);
+    RunResult result;
+    readBoth(outPipe[0], errPipe[0], &result.out, &result.err);
+    close(outPipe[0]);
+    close(errPipe[0]);
+    int status = 0;
+    waitpid(child, &status, 0);
+    if (WIFEXITED(status)) result.status = WEXITSTATUS(status);
+    if (WIFSIGNALED(status)) result.signal = WTERMSIG(status);
+    return result;
+}
+
+std::string readFile(const std::string& path) {
+    std::ifstream in(path, std::ios::binary);
+    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
+}
+
+void writeFile(const std::string& path, const std::string& content) {
+    std::ofstream out(path, std::ios::binary | std::ios::trunc);
+    out.write(content.data(), static_cast<std::streamsize>(content.size()));
+}
+
+bool fileExists(const std::string& path) {
+    struct stat info;
+    return lstat(path.c_str(), &info) == 0;
+}
+
+unsigned fileMode(const std::string& path) {
+    struct stat info;
+    return stat(path.c_str(), &info) == 0 ? (info.st_mode & 07777) : 0;
+}
+
+std::string bytes(std::initializer_list<int> values) {
+    std::string text;
+    for (int value : values) text += static_cast<char>(value);
+    return text;
+}

@@ -1,0 +1,57 @@
+#pragma once
+
+#include <map>
+#include <string>
+#include <vector>
+
+// What one run of the tool left behind.
+struct RunResult {
+    std::string out;
+    std::string err;
+    int status = -1;  // exit status, or -1 when a signal ended the run
+    int signal = 0;
+};
+
+struct RunOptions {
+    long fileSizeLimit = -1;         // bytes any file may grow to (a full disk), -1 for none
+    bool withoutProperties = false;  // leave OPTOQUILL_PROPERTIES unset
+    std::string propertiesFile;      // use this file instead of the folder's own
+};
+
+// A device in a temporary folder: the persist directory, sdcard, a properties file, a log file
+// and a socket prefix of its own, removed with the object. It runs the real optoquill binary.
+class DeviceFolder {
+  public:
+    DeviceFolder();
+    ~DeviceFolder();
+    DeviceFolder(const DeviceFolder&) = delete;
+    DeviceFolder& operator=(const DeviceFolder&) = delete;
+
+    const std::string& root() const { return rootPath; }
+    std::string persistFile(const std::string& name) const;
+    std::string path(const std::string& relative) const { return rootPath + "/" + relative; }
+    const std::string& socketPrefix() const { return prefix; }
+
+    void setProperty(const std::string& name, const std::string& value);
+
+    RunResult run(const std::vector<std::string>& arguments, const RunOptions& options = {}) const;
+
+    // The Android log lines that the runs so far wrote.
+    std::string log() const;
+    // Names in the persist directory, sorted.
+    std::vector<std::string> persistEntries() const;
+
+  private:
+    void writeProperties() const;
+
+    std::string rootPath;
+    std::string prefix;
+    std::map<std::string, std::string> properties;
+};
+
+// File helpers for the tests.
+std::string readFile(const std::string& path);
+void writeFile(const std::string& path, const std::string& bytes);
+bool fileExists(const std::string& path);
+unsigned fileMode(const std::string& path);  // permission bits
+std::string bytes(std::initializer_list<int> values);
