@@ -101,10 +101,12 @@ RunParameters parseOptions(int argc, char* argv[]) {
 }
 
 void printUsage() {
+    static const char kUsageLine[] =
+        "usage: optoquill -n camera  [-c fuseID] [-l limix] [-s iso] [-e exposure] [-d dis] "
+        "[-D dac] [-t tempe] [-F useFlag]\n";
     // The camera list under the last line is deliberately left out.
     static const char* const kLines[] = {
-        "usage: optoquill -n camera  [-c fuseID] [-l limix] [-s iso] [-e exposure] [-d dis] [-D "
-        "dac] [-t tempe] [-F useFlag]\n",
+        kUsageLine,
         "      --lumix             -l          lumix\n",
         "      --iso               -s          sensitivity\n",
         "      --ae                -e          exposure time\n",
