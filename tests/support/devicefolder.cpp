@@ -154,29 +154,3 @@ RunResult DeviceFolder::run(const std::vector<std::string>& arguments,
     if (WIFSIGNALED(status)) result.signal = WTERMSIG(status);
     return result;
 }
-
-std::string readFile(const std::string& path) {
-    std::ifstream in(path, std::ios::binary);
-    return std::string(std::istreambuf_iterator<char>(in), std::istreambuf_iterator<char>());
-}
-
-void writeFile(const std::string& path, const std::string& content) {
-    std::ofstream out(path, std::ios::binary | std::ios::trunc);
-    out.write(content.data(), static_cast<std::streamsize>(content.size()));
-}
-
-bool fileExists(const std::string& path) {
-    struct stat info;
-    return lstat(path.c_str(), &info) == 0;
-}
-
-unsigned fileMode(const std::string& path) {
-    struct stat info;
-    return stat(path.c_str(), &info) == 0 ? (info.st_mode & 07777) : 0;
-}
-
-std::string bytes(std::initializer_list<int> values) {
-    std::string text;
-    for (int value : values) text += static_cast<char>(value);
-    return text;
-}

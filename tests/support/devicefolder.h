@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/testfiles.h"
+
 // What one run of the tool left behind.
 struct RunResult {
     std::string out;
@@ -48,10 +50,3 @@ class DeviceFolder {
     std::string prefix;
     std::map<std::string, std::string> properties;
 };
-
-// File helpers for the tests.
-std::string readFile(const std::string& path);
-void writeFile(const std::string& path, const std::string& bytes);
-bool fileExists(const std::string& path);
-unsigned fileMode(const std::string& path);  // permission bits
-std::string bytes(std::initializer_list<int> values);

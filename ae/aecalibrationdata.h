@@ -1,0 +1,42 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <vector>
+
+// One camera's auto-exposure calibration record: the sensor fuse ID, luma, gain and exposure.
+// Its file comes in a factory form (L + 10 bytes) and a maintain form that adds a CRC-16 of
+// everything before it, high byte first (L + 12 bytes), where L is the fuse ID's byte count:
+//
+//   fuselen | fuseId (L) | 2 | luma LE16 | 2 | gain LE16 | 2 | exposure LE16 [| crc BE16]
+class AeCalibrationData {
+  public:
+    AeCalibrationData() = default;
+
+    // Reads and checks a file of either form. A CRC that does not match is logged but accepted.
+    bool parse(char const* file);
+
+    // Stores the record in maintain form; a factory-form record gains its CRC.
+    bool write(char const* file);
+
+    bool valid() { return isValid; }
+    std::string& fuseId() { return fuseIdHex; }
+
+    // Prints the file's layout and its bytes in hexadecimal.
+    void dump();
+
+  private:
+    // The byte at `offset`, or 0 past the end of a short file.
+    unsigned byteAt(size_t offset) const { return offset < data.size() ? data[offset] : 0; }
+    unsigned shortAt(size_t offset) const { return byteAt(offset) | byteAt(offset + 1) << 8; }
+
+    const char* path = nullptr;  // the caller's, from the last successful parse
+    uint16_t crc = 0;
+    int luma = 0;
+    int gain = 0;
+    int exposure = 0;
+    bool isValid = false;
+    std::vector<unsigned char> data;
+    std::string fuseIdHex;
+    bool hasCrc = false;
+};

@@ -1,0 +1,11 @@
+#pragma once
+
+#include <initializer_list>
+#include <string>
+
+// File helpers for the tests.
+std::string readFile(const std::string& path);
+void writeFile(const std::string& path, const std::string& content);
+bool fileExists(const std::string& path);    // without following a link
+unsigned fileMode(const std::string& path);  // permission bits
+std::string bytes(std::initializer_list<int> values);
