@@ -152,5 +152,9 @@ RunResult DeviceFolder::run(const std::vector<std::string>& arguments,
     waitpid(child, &status, 0);
     if (WIFEXITED(status)) result.status = WEXITSTATUS(status);
     if (WIFSIGNALED(status)) result.signal = WTERMSIG(status);
+    // Under qemu-user the emulator reports the signal itself; the tool on a device does not.
+    const std::string qemuLine = "qemu: uncaught target signal 6 (Aborted) - core dumped\n";
+    size_t at = result.err.find(qemuLine);
+    if (at != std::string::npos) result.err.erase(at, qemuLine.size());
     return result;
 }
