@@ -6,7 +6,7 @@
 
 #include "common/crc16ccitt.h"
 #include "common/filebytes.h"
-#include "common/safefilewriter.h"
+#include "common/recordfile.h"
 
 namespace {
 
@@ -71,23 +71,12 @@ bool AeCalibrationData::parse(char const* file) {
 
 bool AeCalibrationData::write(char const* file) {
     if (!isValid) return false;
-    SafeFileWriter out(file);
-    if (!out.open()) {
-        __android_log_print(ANDROID_LOG_ERROR, kTag, "failed to open file %s\n", file);
-        return false;
-    }
-    out.write(data.data(), data.size());
+    std::vector<unsigned char> stored = data;
     if (!hasCrc) {
-        const unsigned char crcBytes[] = {static_cast<unsigned char>(crc >> 8),
-                                          static_cast<unsigned char>(crc & 0xFF)};
-        out.write(crcBytes, sizeof crcBytes);
+        stored.push_back(static_cast<unsigned char>(crc >> 8));
+        stored.push_back(static_cast<unsigned char>(crc & 0xFF));
     }
-    if (!out.commit()) {
-        __android_log_print(ANDROID_LOG_ERROR, kTag, "failed to write file %s\n", file);
-        return false;
-    }
-    __android_log_print(ANDROID_LOG_DEBUG, kTag, "successfully write to file %s\n", file);
-    return true;
+    return storeRecordFile(file, stored.data(), stored.size(), kTag, ANDROID_LOG_DEBUG);
 }
 
 void AeCalibrationData::dump() {
