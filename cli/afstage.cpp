@@ -1,5 +1,34 @@
+#include <cstdio>
+
+#include "af/afcalibrationdata.h"
+#include "cli/loadcalifiles.h"
 #include "cli/stageactions.h"
+#include "common/devicepaths.h"
+#include "common/persistlock.h"
 
-void runAfStore(const RunParameters&) {}
+void runAfStore(const RunParameters& parameters) {
+    AfCalibrationData store;
+    bool written = false;
+    {
+        PersistLock lock(persistDirectory());
+        const bool locked = lock.acquire();
+        store.init();
+        written = locked &&
+                  store.write(parameters.camera, parameters.dist, parameters.dac, parameters.temp,
+                              parameters.useflag) &&
+                  store.flush();
+    }
+    if (written) {
+        fprintf(stdout, "Successfully write %s\n", store.getPath().c_str());
+        loadCaliFiles("com.nurvak.loadCalibrationFiles", "afcal");
+    } else {
+        fprintf(stdout, "Error:failed to write %s\n", store.getPath().c_str());
+    }
+}
 
-void runAfCheck(const RunParameters&) {}
+void runAfCheck(const RunParameters& parameters) {
+    AfCalibrationData store;
+    store.init();
+    std::string fuseId = parameters.check;
+    fprintf(stdout, "dac=%d\n", store.getDac(fuseId, parameters.dist));
+}

@@ -1,0 +1,310 @@
+#include "af/afcalibrationdata.h"
+
+#include <android/log.h>
+
+#include <algorithm>
+#include <cstdio>
+#include <cstdlib>
+#include <regex>
+#include <sstream>
+
+#include "common/crc16ccitt.h"
+#include "common/decimaltext.h"
+#include "common/devicepaths.h"
+#include "common/fileattribute.h"
+#include "common/filebytes.h"
+#include "common/fuseidproperty.h"
+#include "common/safefilewriter.h"
+
+const std::map<int, std::string> AfCalibrationData::cameraFuseIdPropertyMap = {
+    {0, "vendor.camera.sensor.w.fuseID"},   {1, "vendor.camera.sensor.f.fuseID"},
+    {20, "vendor.camera.sensor.t.fuseID"},  {21, "vendor.camera.sensor.u.fuseID"},
+    {22, "vendor.camera.sensor.m.fuseID"},  {23, "vendor.camera.sensor.t4.fuseID"},
+    {24, "vendor.camera.sensor.m2.fuseID"}, {25, "vendor.camera.sensor.d.fuseID"},
+    {26, "vendor.camera.sensor.t2.fuseID"}, {27, "vendor.camera.sensor.t3.fuseID"},
+    {28, "vendor.camera.sensor.t5.fuseID"}, {29, "vendor.camera.sensor.ta.fuseID"},
+    {40, "vendor.camera.sensor.fd.fuseID"},
+};
+
+const std::map<int, std::string> AfCalibrationData::cameraAfInfoPropertyMap = {
+    {0, "persist.vendor.camera.sensor.w.afInfo"},
+    {1, "persist.vendor.camera.sensor.f.afInfo"},
+    {20, "persist.vendor.camera.sensor.t.afInfo"},
+    {21, "persist.vendor.camera.sensor.u.afInfo"},
+    {22, "persist.vendor.camera.sensor.m.afInfo"},
+    {23, "persist.vendor.camera.sensor.t4x.afInfo"},
+    {24, "persist.vendor.camera.sensor.m2x.afInfo"},
+    {25, "persist.vendor.camera.sensor.d.afInfo"},
+    {40, "persist.vendor.camera.sensor.faux.afInfo"},
+};
+
+// Tele positions that can be fitted with one of several modules.
+const std::map<unsigned, std::vector<unsigned>> AfCalibrationData::cameraBackupIdMap = {
+    {20, {26, 27}},
+    {23, {28, 29}},
+};
+
+const std::map<int, std::string> AfCalibrationData::cameraRoleFuseIdPropertyMap = {
+    {0, "vendor.camera.sensor.rearMain.fuseID"},     {1, "vendor.camera.sensor.frontMain.fuseID"},
+    {20, "vendor.camera.sensor.rearTele.fuseID"},    {21, "vendor.camera.sensor.rearUltra.fuseID"},
+    {22, "vendor.camera.sensor.rearMacro.fuseID"},   {23, "vendor.camera.sensor.rearTele4x.fuseID"},
+    {24, "vendor.camera.sensor.rearMacro2x.fuseID"}, {25, "vendor.camera.sensor.rearDepth.fuseID"},
+    {40, "vendor.camera.sensor.frontAux.fuseID"},
+};
+
+const std::string AfCalibrationData::afCalFilePath = persistFile("com.nurvak.afc.bin");
+
+namespace {
+
+const char kTag[] = "AfCalibrationData";
+
+// The lines of a text file as getline gives them (a last line without "\n" included); false
+// when the file cannot be read.
+bool readLines(const std::string& file, std::vector<std::string>* lines) {
+    std::vector<unsigned char> content;
+    if (!readWholeFile(file.c_str(), &content)) return false;
+    std::string text(content.begin(), content.end());
+    size_t start = 0;
+    while (start < text.size()) {
+        size_t end = text.find('\n', start);
+        if (end == std::string::npos) end = text.size();
+        lines->push_back(text.substr(start, end - start));
+        start = end + 1;
+    }
+    return true;
+}
+
+// The fields of a calibration file line or input list, split on a comma with any white space
+// around it. An empty text after a last comma is no field; empty fields between commas are.
+std::vector<std::string> splitFields(const std::string& line) {
+    static const std::regex separator("\\s*,\\s*", std::regex::ECMAScript);
+    return std::vector<std::string>(
+        std::sregex_token_iterator(line.begin(), line.end(), separator, -1),
+        std::sregex_token_iterator());
+}
+
+uint16_t crcOfText(const std::string& text) {
+    return CRC16CCITT(reinterpret_cast<const unsigned char*>(text.data()),
+                      static_cast<int>(text.size()))
+        .process();
+}
+
+// A stored CRC column as the C library's atoi reads it, kept to 16 bits.
+uint16_t storedCrc(const std::string& text) {
+    return static_cast<uint16_t>(strtoll(text.c_str(), nullptr, 10));
+}
+
+// The value of a camera's property in `properties`; when it is empty, that of the first backup
+// camera that has one. `property` receives the name of the property read.
+std::string readWithBackups(const std::map<int, std::string>& properties, int cameraId,
+                            std::string* property) {
+    auto own = properties.find(cameraId);
+    if (own == properties.end()) return "";
+    *property = own->second;
+    std::string value = readProperty(own->second);
+    if (!value.empty()) return value;
+    auto backups = AfCalibrationData::cameraBackupIdMap.find(static_cast<unsigned>(cameraId));
+    if (backups == AfCalibrationData::cameraBackupIdMap.end()) return "";
+    for (unsigned backup : backups->second) {
+        auto entry = properties.find(static_cast<int>(backup));
+        if (entry == properties.end()) continue;
+        value = readProperty(entry->second);
+        if (!value.empty()) {
+            *property = entry->second;
+            return value;
+        }
+    }
+    return "";
+}
+
+int dacTolerance(int largestDac) {
+    // 120/1024 of a 10-, 12- or 14-bit DAC's range; past that only an exact DAC passes.
+    if (largestDac < 1024) return 120;
+    if (largestDac < 4096) return 480;
+    if (largestDac < 16384) return 1920;
+    return 0;
+}
+
+}  // namespace
+
+bool AfCalibrationData::init() {
+    path = afCalFilePath;
+    return parse();
+}
+
+bool AfCalibrationData::parse() {
+    std::vector<std::string> lines;
+    if (!readLines(path, &lines)) {
+        __android_log_print(ANDROID_LOG_INFO, kTag, "Filed not Exist %s", path.c_str());
+        return true;
+    }
+    for (const std::string& line : lines) {
+        std::vector<std::string> columns = splitFields(line);
+        if (columns.size() != 7) {
+            __android_log_print(ANDROID_LOG_ERROR, kTag,
+                                "Not expected file format, colum number: %d",
+                                static_cast<int>(columns.size()));
+            continue;
+        }
+        // The stored CRC is kept as it is: only write() re-sums a record it changes.
+        afCalData record{columns[0], columns[1], columns[2],           columns[3],
+                         columns[4], columns[5], storedCrc(columns[6])};
+        __android_log_print(ANDROID_LOG_INFO, kTag,
+                            "exist calibration info: %s, %s, %s, %s, %s, %s, %s\n",
+                            record.useFlag.c_str(), record.camera.c_str(), record.fuseId.c_str(),
+                            record.dist.c_str(), record.dac.c_str(), record.temp.c_str(),
+                            std::to_string(record.crc).c_str());
+        afCalDataList.push_back(record);
+    }
+    return true;
+}
+
+std::string AfCalibrationData::getFuseId(std::string camera) {
+    const int cameraId = leadingDecimalOrAbort(camera, "camera id");
+    std::string property;
+    const std::string value = readWithBackups(cameraFuseIdPropertyMap, cameraId, &property);
+    if (value.empty()) {
+        fprintf(stdout, "can't find camera[%d] fuseid\n", cameraId);
+        return "0";
+    }
+    return decodeFuseIdProperty(value, property);
+}
+
+int AfCalibrationData::find(std::string fuseId, std::string dist) {
+    for (size_t i = 0; i < afCalDataList.size(); ++i) {
+        if (afCalDataList[i].fuseId == fuseId && afCalDataList[i].dist == dist) {
+            return static_cast<int>(i);
+        }
+    }
+    return -1;
+}
+
+int AfCalibrationData::check(const afCalData* record) {
+    return crcOfText(record->useFlag + record->camera + record->fuseId + record->dist +
+                     record->dac + record->temp);
+}
+
+int AfCalibrationData::getDac(std::string& fuseId, int dist) {
+    const std::string distText = std::to_string(dist);
+    for (const afCalData& record : afCalDataList) {
+        if (record.fuseId == fuseId && record.dist == distText) {
+            return leadingDecimalOrAbort(record.dac,
+                                         "stored DAC of " + fuseId + " at distance " + distText);
+        }
+    }
+    return -1;
+}
+
+bool AfCalibrationData::flush() {
+    SafeFileWriter out(path);
+    if (!out.open()) {
+        __android_log_print(ANDROID_LOG_ERROR, kTag, "flush:failed to open file %s\n", path.c_str());
+        return false;
+    }
+    for (const afCalData& record : afCalDataList) {
+        std::ostringstream line;
+        line << record.useFlag << ',' << record.camera << ',' << record.fuseId << ',' << record.dist
+             << ',' << record.dac << ',' << record.temp << ',' << record.crc << '\n';
+        __android_log_print(ANDROID_LOG_INFO, kTag, "write record: %s", line.str().c_str());
+        out.write(line.str());
+    }
+    if (!out.commit()) {
+        __android_log_print(ANDROID_LOG_ERROR, kTag, "flush:failed to write file %s\n",
+                            path.c_str());
+        return false;
+    }
+    changeFileAttribute(path.c_str());
+    return true;
+}
+
+bool AfCalibrationData::write(const std::string& camera, int dist, int dac, int temp, int useFlag) {
+    const std::string fuseId = getFuseId(camera);
+    // Points meant for use are checked; others are stored whatever they hold.
+    if (useFlag != 0) {
+        if (temp < 1 || temp > 50) {
+            fprintf(stdout, "Error:temperature %d is not within the usable range\n", temp);
+            return false;
+        }
+        if (dac < 0) {
+            fprintf(stdout, "Error:dac %d is not allowed to be less than 0\n", dac);
+            return false;
+        }
+        if (!checkDacPass(camera, dist, dac)) return false;
+    }
+    if (fuseId == "0") return false;
+
+    const std::string distText = std::to_string(dist);
+    const int index = find(fuseId, distText);
+    afCalData record;
+    if (index >= 0) {
+        record = afCalDataList[index];
+    } else {
+        record.fuseId = fuseId;
+        record.dist = distText;
+    }
+    record.useFlag = useFlag != 0 ? "1" : "0";
+    record.camera = camera;
+    record.dac = std::to_string(dac);
+    record.temp = std::to_string(temp);
+    record.crc = static_cast<uint16_t>(check(&record));
+    if (index >= 0) {
+        afCalDataList[index] = record;
+    } else {
+        afCalDataList.push_back(record);
+    }
+    return true;
+}
+
+bool AfCalibrationData::checkDacPass(const std::string& camera, int dist, int dac) {
+    const int cameraId = leadingDecimalOrAbort(camera, "camera id");
+    std::string property;
+    const std::string info = readWithBackups(cameraAfInfoPropertyMap, cameraId, &property);
+    if (info.empty()) {
+        fprintf(stdout, "Error:writing distance:%d is not matched with EEPROM distance value\n",
+                dist);
+        return false;
+    }
+    // "10:300,50:420" gives the items 10, 300, 50, 420: distance and DAC by turns.
+    std::vector<std::string> pairs;
+    std::vector<std::string> items;
+    splitAFInfoString(info, pairs, ",");
+    for (const std::string& pair : pairs) splitAFInfoString(pair, items, ":");
+    const std::string what = "AF information item of " + property;
+
+    int largestDac = 0;
+    for (size_t i = 1; i < items.size(); i += 2) {
+        largestDac = std::max(largestDac, leadingDecimalOrAbort(items[i], what));
+    }
+    const int tolerance = dacTolerance(largestDac);
+
+    const std::string distText = std::to_string(dist);
+    bool distanceFound = false;
+    // A distance without a DAC at the end of the list is no pair, and never matches.
+    for (size_t i = 0; i + 1 < items.size(); i += 2) {
+        __android_log_print(ANDROID_LOG_INFO, kTag, "dis %s : dac %s\n", items[i].c_str(),
+                            items[i + 1].c_str());
+        if (items[i] != distText) continue;
+        distanceFound = true;
+        const long long difference =
+            static_cast<long long>(leadingDecimalOrAbort(items[i + 1], what)) - dac;
+        if (std::llabs(difference) <= tolerance) return true;
+    }
+    if (distanceFound) {
+        fprintf(stdout, "Error:abs(writingDac - eepromDac) is over %d\n", tolerance);
+    } else {
+        fprintf(stdout, "Error:writing distance:%d is not matched with EEPROM distance value\n",
+                dist);
+    }
+    return false;
+}
+
+void AfCalibrationData::splitAFInfoString(const std::string& text, std::vector<std::string>& out,
+                                          const std::string& sep) {
+    size_t start = 0;
+    size_t found;
+    while (!sep.empty() && (found = text.find(sep, start)) != std::string::npos) {
+        out.push_back(text.substr(start, found - start));
+        start = found + sep.size();
+    }
+    if (start != text.size()) out.push_back(text.substr(start));
+}
