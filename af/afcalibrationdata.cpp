@@ -3,6 +3,8 @@
 #include <android/log.h>
 
 #include <algorithm>
+#include <cfloat>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <regex>
@@ -53,6 +55,7 @@ const std::map<int, std::string> AfCalibrationData::cameraRoleFuseIdPropertyMap 
 };
 
 const std::string AfCalibrationData::afCalFilePath = persistFile("com.nurvak.afc.bin");
+const std::string AfCalibrationData::pdOffsetCalFilePath = persistFile("com.nurvak.pdoffset.bin");
 
 namespace {
 
@@ -115,6 +118,29 @@ std::string readWithBackups(const std::map<int, std::string>& properties, int ca
         }
     }
     return "";
+}
+
+// The number of PD-offset values a record holds: its length text as a number, within the list.
+size_t valueCount(const AfCalibrationData::pdOffsetCalData& record) {
+    const int count = leadingDecimalOrAbort(record.pdOffsetLength,
+                                            "PD-offset length of fuse ID " + record.fuseId);
+    return std::min(static_cast<size_t>(std::max(count, 0)), record.pdOffset.size());
+}
+
+std::string pdOffsetLine(const AfCalibrationData::pdOffsetCalData& record) {
+    std::string line = record.useFlag + "," + record.camera + "," + record.fuseId + "," +
+                       record.pdOffsetLength + ",";
+    for (size_t i = 0; i < valueCount(record); ++i) line += record.pdOffset[i] + ",";
+    for (const std::string& sfr : record.pdOffsetSfrData) line += sfr + ",";
+    return line + std::to_string(record.crc) + "\n";
+}
+
+// A value as atof reads it, as a float; out of a float's range it is an infinity.
+float toFloat(const std::string& text) {
+    const double value = atof(text.c_str());
+    if (value > FLT_MAX) return INFINITY;
+    if (value < -FLT_MAX) return -INFINITY;
+    return static_cast<float>(value);
 }
 
 int dacTolerance(int largestDac) {
@@ -307,4 +333,150 @@ void AfCalibrationData::splitAFInfoString(const std::string& text, std::vector<s
         start = found + sep.size();
     }
     if (start != text.size()) out.push_back(text.substr(start));
+}
+
+void AfCalibrationData::pdOffsetInit() {
+    pdOffsetPath = pdOffsetCalFilePath;
+    pdOffsetParse();
+}
+
+void AfCalibrationData::pdOffsetParse() {
+    std::vector<std::string> lines;
+    if (!readLines(pdOffsetPath, &lines)) {
+        __android_log_print(ANDROID_LOG_INFO, kTag, "Filed not Exist %s", pdOffsetPath.c_str());
+        return;
+    }
+    for (const std::string& line : lines) {
+        std::vector<std::string> fields = splitFields(line);
+        if (fields.size() < 6) continue;
+        const long long count = static_cast<long long>(fields.size());
+        const long long n =
+            leadingDecimalOrAbort(fields[3], "PD-offset length of fuse ID " + fields[2]);
+        // With a negative N the SFR data would overlap the record's head: no writer makes one.
+        if (n < 0 || (count != n + 5 && count != n + 13)) {
+            __android_log_print(ANDROID_LOG_ERROR, kTag,
+                                "Not expected file format, colum number: %d",
+                                static_cast<int>(count));
+            continue;
+        }
+        pdOffsetCalData record;
+        record.useFlag = fields[0];
+        record.camera = fields[1];
+        record.fuseId = fields[2];
+        record.pdOffsetLength = fields[3];
+        auto values = fields.begin() + 4;
+        record.pdOffset.assign(values, values + n);
+        if (count == n + 13) record.pdOffsetSfrData.assign(values + n, values + n + 8);
+        // The stored CRC is kept as it is: only the read-back checks it.
+        record.crc = storedCrc(fields.back());
+        __android_log_print(ANDROID_LOG_INFO, kTag, "exist pdaf offset info : %s", line.c_str());
+        pdOffsetCalDataList.push_back(record);
+    }
+}
+
+int AfCalibrationData::pdOffsetFind(std::string fuseId) {
+    for (size_t i = 0; i < pdOffsetCalDataList.size(); ++i) {
+        if (pdOffsetCalDataList[i].fuseId == fuseId) return static_cast<int>(i);
+    }
+    return -1;
+}
+
+int AfCalibrationData::pdOffsetCheck(const pdOffsetCalData* record) {
+    if (record == nullptr) return 0;
+    // The values stand bare, while every SFR text keeps a comma after it; stored files rely on
+    // exactly this.
+    std::string text = record->useFlag + record->camera + record->fuseId + record->pdOffsetLength;
+    for (size_t i = 0; i < valueCount(*record); ++i) text += record->pdOffset[i];
+    for (const std::string& sfr : record->pdOffsetSfrData) text += sfr + ",";
+    return crcOfText(text);
+}
+
+bool AfCalibrationData::pdOffsetFlush() {
+    SafeFileWriter out(pdOffsetPath);
+    if (!out.open()) {
+        __android_log_print(ANDROID_LOG_ERROR, kTag, "flush:failed to open file %s\n",
+                            pdOffsetPath.c_str());
+        return false;
+    }
+    for (const pdOffsetCalData& record : pdOffsetCalDataList) {
+        const std::string line = pdOffsetLine(record);
+        __android_log_print(ANDROID_LOG_INFO, kTag, "write record: %s", line.c_str());
+        out.write(line);
+    }
+    if (!out.commit()) {
+        __android_log_print(ANDROID_LOG_ERROR, kTag, "flush:failed to write file %s\n",
+                            pdOffsetPath.c_str());
+        return false;
+    }
+    changeFileAttribute(pdOffsetPath.c_str());
+    return true;
+}
+
+bool AfCalibrationData::pdOffsetWrite(const std::string& camera, int pdOffsetLength,
+                                      std::string pdOffset, int useFlag) {
+    std::vector<std::string> values = splitFields(pdOffset);
+    if (static_cast<long long>(values.size()) != pdOffsetLength) {
+        // No newline: the stage's failure line completes it.
+        fprintf(stdout, "input parse is error, pdoffset length and pdoffset data is mismatch");
+        return false;
+    }
+    const std::string fuseId = getFuseId(camera);
+    if (fuseId == "0") return false;
+
+    // Records are the module's: a replaced module gets a record of its own.
+    const int index = pdOffsetFind(fuseId);
+    pdOffsetCalData record;
+    if (index >= 0) {
+        record = pdOffsetCalDataList[index];  // keeps the SFR data written earlier
+    } else {
+        record.fuseId = fuseId;
+    }
+    record.useFlag = useFlag != 0 ? "1" : "0";
+    record.camera = camera;
+    record.pdOffsetLength = std::to_string(pdOffsetLength);
+    record.pdOffset = std::move(values);
+    record.crc = static_cast<uint16_t>(pdOffsetCheck(&record));
+    if (index >= 0) {
+        pdOffsetCalDataList[index] = record;
+    } else {
+        pdOffsetCalDataList.push_back(record);
+    }
+    return true;
+}
+
+bool AfCalibrationData::pdOffsetSfrDataWrite(const std::string& camera, const std::string& sfrData) {
+    // Cut at bare commas: blanks stay in the values, and a last comma leaves an empty value.
+    std::vector<std::string> values;
+    if (!sfrData.empty()) splitAFInfoString(sfrData + ",", values, ",");
+    if (values.size() != 8) {
+        fprintf(stdout, "pdoffsetSfrDataStr parse error: %s\n", sfrData.c_str());
+        return false;
+    }
+    for (pdOffsetCalData& record : pdOffsetCalDataList) {
+        if (record.camera != camera) continue;
+        record.pdOffsetSfrData = values;
+        record.crc = static_cast<uint16_t>(pdOffsetCheck(&record));
+        return true;
+    }
+    return false;
+}
+
+int AfCalibrationData::getPdoffset(int camera, std::vector<float>& pdOffset,
+                                   std::vector<float>& sfrData) {
+    const std::string fuseId = getFuseId(std::to_string(camera));
+    const int index = pdOffsetFind(fuseId);
+    if (index < 0) {
+        __android_log_print(ANDROID_LOG_ERROR, kTag, "fuseId check error %s", fuseId.c_str());
+        return -1;
+    }
+    const pdOffsetCalData record = pdOffsetCalDataList[index];
+    const int computed = pdOffsetCheck(&record) & 0xFFFF;
+    if (computed != record.crc) {
+        __android_log_print(ANDROID_LOG_ERROR, kTag, "pdOffsetCalData crc check error %d,%d",
+                            computed, static_cast<int>(record.crc));
+        return -1;
+    }
+    for (const std::string& value : record.pdOffset) pdOffset.push_back(toFloat(value));
+    for (const std::string& value : record.pdOffsetSfrData) sfrData.push_back(toFloat(value));
+    return static_cast<int>(pdOffset.size());
 }

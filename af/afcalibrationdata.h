@@ -5,13 +5,17 @@
 #include <string>
 #include <vector>
 
-// The in-memory image of the focus calibration files on the persist partition. The AF file is
-// text, one focus point per line: use flag, camera id, fuse ID, distance, DAC, temperature and
-// the CRC-16 of the six texts, comma-separated. Points are keyed by sensor (fuse ID) and
-// distance, so a module moved to another camera position keeps them.
+// The in-memory image of the focus calibration files on the persist partition, both text files
+// of comma-separated lines ending in a CRC-16:
 //
-// One object serves one stage: init() loads the file, write() merges a point in memory, flush()
-// rewrites the whole file.
+// - the AF file, one focus point per line: use flag, camera id, fuse ID, distance, DAC and
+//   temperature. Points are keyed by sensor (fuse ID) and distance, so a module moved to another
+//   camera position keeps them.
+// - the PD-offset file, one record per sensor: use flag, camera id, fuse ID, the count N of
+//   PD-offset values, the N values, and optionally 8 SFR values.
+//
+// One object serves one stage: init() or pdOffsetInit() loads a file, a writer changes the list
+// in memory, flush() or pdOffsetFlush() rewrites the whole file.
 class AfCalibrationData {
   public:
     // One line of the AF file; every field but the CRC is kept as the text read or written.
@@ -22,6 +26,17 @@ class AfCalibrationData {
         std::string dist;
         std::string dac;
         std::string temp;
+        uint16_t crc = 0;
+    };
+
+    // One line of the PD-offset file; the texts are kept as read or given.
+    struct pdOffsetCalData {
+        std::string useFlag;
+        std::string camera;
+        std::string fuseId;
+        std::string pdOffsetLength;  // N, as text
+        std::vector<std::string> pdOffset;
+        std::vector<std::string> pdOffsetSfrData;  // none, or 8
         uint16_t crc = 0;
     };
 
@@ -60,13 +75,44 @@ class AfCalibrationData {
     void splitAFInfoString(const std::string& text, std::vector<std::string>& out,
                            const std::string& sep);
 
+    // Loads the PD-offset file; a missing file gives an empty list.
+    void pdOffsetInit();
+    void pdOffsetParse();
+    std::string getPdOffsetPath() { return pdOffsetPath; }
+
+    // Index of the first record of `fuseId`, or -1.
+    int pdOffsetFind(std::string fuseId);
+
+    // CRC-16 of the record: its first four texts, its N values and its SFR texts each followed
+    // by ","; 0 for no record.
+    int pdOffsetCheck(const pdOffsetCalData* record);
+
+    // Rewrites the whole PD-offset file; false when it could not be written (the old file then
+    // stays as it was).
+    bool pdOffsetFlush();
+
+    // Stores the comma-separated `pdOffset` values of the module fitted in `camera`, replacing
+    // that module's values (its SFR data is kept) or adding a record.
+    bool pdOffsetWrite(const std::string& camera, int pdOffsetLength, std::string pdOffset,
+                       int useFlag);
+
+    // Gives the first record of `camera` (by its text, whichever module) the 8 SFR values.
+    bool pdOffsetSfrDataWrite(const std::string& camera, const std::string& sfrData);
+
+    // Appends the values of the fitted module's record to the vectors once its CRC holds, and
+    // returns the count of PD-offset values; -1 when there is no such record or its CRC is wrong.
+    int getPdoffset(int camera, std::vector<float>& pdOffset, std::vector<float>& sfrData);
+
     static const std::map<int, std::string> cameraFuseIdPropertyMap;
     static const std::map<int, std::string> cameraAfInfoPropertyMap;
     static const std::map<unsigned, std::vector<unsigned>> cameraBackupIdMap;
     static const std::map<int, std::string> cameraRoleFuseIdPropertyMap;
     static const std::string afCalFilePath;
+    static const std::string pdOffsetCalFilePath;
 
   private:
     std::string path;
+    std::string pdOffsetPath;
     std::vector<afCalData> afCalDataList;
+    std::vector<pdOffsetCalData> pdOffsetCalDataList;
 };

@@ -174,3 +174,21 @@ TEST_F(AfCalibrationDataTest, RecordCrcCoversTheSixTexts) {
 }
 
 }  // namespace
+
+namespace {
+
+TEST(PdOffsetCheck, ValuesStandBareAndEverySfrTextKeepsItsComma) {
+    AfCalibrationData store;
+    AfCalibrationData::pdOffsetCalData record;
+    record.useFlag = "1";
+    record.camera = "0";
+    record.fuseId = "ABC123";
+    record.pdOffsetLength = "3";
+    record.pdOffset = {"1.5", "-2", "0.25"};
+    EXPECT_EQ(store.pdOffsetCheck(&record), 47953);  // "10ABC12331.5-20.25"
+    record.pdOffsetSfrData = {"a", "b", "c", "d", "e", "f", "g", "h"};
+    EXPECT_EQ(store.pdOffsetCheck(&record), 9629);  // "10ABC12331.5-20.25a,b,c,d,e,f,g,h,"
+    EXPECT_EQ(store.pdOffsetCheck(nullptr), 0);
+}
+
+}  // namespace
