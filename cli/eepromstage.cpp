@@ -1,3 +1,19 @@
-#include "cli/stageactions.h"
+#include <cstdio>
 
-void runEepromExport(const RunParameters&) {}
+#include "cli/stageactions.h"
+#include "common/devicepaths.h"
+#include "common/persistlock.h"
+#include "eeprom/eeprombindata.h"
+
+void runEepromExport(const RunParameters& parameters) {
+    bool exported = false;
+    {
+        PersistLock lock(persistDirectory());
+        if (lock.acquire()) {
+            EepromBinData blob;
+            blob.read(parameters.eeprom);
+            exported = blob.process();
+        }
+    }
+    fprintf(stdout, exported ? "Successfully write eeprombin\n" : "Failed to write eeprombin\n");
+}
