@@ -3,6 +3,9 @@
 #include <sys/file.h>
 #include <unistd.h>
 
+#include <algorithm>
+#include <thread>
+
 #include "tests/support/devicefolder.h"
 #include "tests/support/socketlistener.h"
 
@@ -115,6 +118,31 @@ TEST_F(AfStore, FullDiskIsAFailureAndKeepsTheOldFile) {
     EXPECT_EQ(readFile(afFile()), old);
     EXPECT_EQ(device.persistEntries(), std::vector<std::string>{kAfFile});
     EXPECT_EQ(service.received(), std::vector<std::string>{});
+}
+
+TEST_F(AfStore, StationsStoringAtOnceLoseNoPoint) {
+    std::vector<std::thread> stations;
+    std::vector<RunResult> results(6);
+    for (int i = 0; i < 6; ++i) {
+        stations.emplace_back([&, i] {
+            results[i] = device.run({"-n", "0", "-d", std::to_string(10 * (i + 1)), "-D",
+                                     std::to_string(100 + i), "-t", "30"});
+        });
+    }
+    for (std::thread& station : stations) station.join();
+    for (const RunResult& result : results) {
+        EXPECT_EQ(result.out, "Successfully write " + afFile() + "\n");
+    }
+    std::string file = readFile(afFile());
+    EXPECT_EQ(std::count(file.begin(), file.end(), '\n'), 6);
+    for (int i = 0; i < 6; ++i) {
+        EXPECT_NE(file.find(",ABC123," + std::to_string(10 * (i + 1)) + "," +
+                            std::to_string(100 + i) + ",30,"),
+                  std::string::npos)
+            << file;
+    }
+    EXPECT_EQ(device.persistEntries(), std::vector<std::string>{kAfFile});
+    EXPECT_EQ(service.received().size(), 6u);
 }
 
 TEST_F(AfStore, BusyPersistDirectoryEndsTheStageWithoutWriting) {

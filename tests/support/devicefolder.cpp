@@ -119,7 +119,8 @@ RunResult DeviceFolder::run(const std::vector<std::string>& arguments,
 
     int outPipe[2];
     int errPipe[2];
-    if (pipe(outPipe) != 0 || pipe(errPipe) != 0) abort();
+    // Close-on-exec, so that runs started at once from several threads do not hold each other's pipes.
+    if (pipe2(outPipe, O_CLOEXEC) != 0 || pipe2(errPipe, O_CLOEXEC) != 0) abort();
     pid_t child = fork();
     if (child == 0) {
         dup2(outPipe[1], 1);
