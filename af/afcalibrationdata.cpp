@@ -143,6 +143,27 @@ float toFloat(const std::string& text) {
     return static_cast<float>(value);
 }
 
+// Replaces a whole calibration text file with `lines`, each logged as it goes; false (and the
+// old file kept) when it could not be written.
+bool rewriteFile(const std::string& file, const std::vector<std::string>& lines) {
+    SafeFileWriter out(file);
+    if (!out.open()) {
+        __android_log_print(ANDROID_LOG_ERROR, kTag, "flush:failed to open file %s\n", file.c_str());
+        return false;
+    }
+    for (const std::string& line : lines) {
+        __android_log_print(ANDROID_LOG_INFO, kTag, "write record: %s", line.c_str());
+        out.write(line);
+    }
+    if (!out.commit()) {
+        __android_log_print(ANDROID_LOG_ERROR, kTag, "flush:failed to write file %s\n",
+                            file.c_str());
+        return false;
+    }
+    changeFileAttribute(file.c_str());
+    return true;
+}
+
 int dacTolerance(int largestDac) {
     // 120/1024 of a 10-, 12- or 14-bit DAC's range; past that only an exact DAC passes.
     if (largestDac < 1024) return 120;
@@ -222,25 +243,14 @@ int AfCalibrationData::getDac(std::string& fuseId, int dist) {
 }
 
 bool AfCalibrationData::flush() {
-    SafeFileWriter out(path);
-    if (!out.open()) {
-        __android_log_print(ANDROID_LOG_ERROR, kTag, "flush:failed to open file %s\n", path.c_str());
-        return false;
-    }
+    std::vector<std::string> lines;
     for (const afCalData& record : afCalDataList) {
         std::ostringstream line;
         line << record.useFlag << ',' << record.camera << ',' << record.fuseId << ',' << record.dist
              << ',' << record.dac << ',' << record.temp << ',' << record.crc << '\n';
-        __android_log_print(ANDROID_LOG_INFO, kTag, "write record: %s", line.str().c_str());
-        out.write(line.str());
+        lines.push_back(line.str());
     }
-    if (!out.commit()) {
-        __android_log_print(ANDROID_LOG_ERROR, kTag, "flush:failed to write file %s\n",
-                            path.c_str());
-        return false;
-    }
-    changeFileAttribute(path.c_str());
-    return true;
+    return rewriteFile(path, lines);
 }
 
 bool AfCalibrationData::write(const std::string& camera, int dist, int dac, int temp, int useFlag) {
@@ -392,24 +402,9 @@ int AfCalibrationData::pdOffsetCheck(const pdOffsetCalData* record) {
 }
 
 bool AfCalibrationData::pdOffsetFlush() {
-    SafeFileWriter out(pdOffsetPath);
-    if (!out.open()) {
-        __android_log_print(ANDROID_LOG_ERROR, kTag, "flush:failed to open file %s\n",
-                            pdOffsetPath.c_str());
-        return false;
-    }
-    for (const pdOffsetCalData& record : pdOffsetCalDataList) {
-        const std::string line = pdOffsetLine(record);
-        __android_log_print(ANDROID_LOG_INFO, kTag, "write record: %s", line.c_str());
-        out.write(line);
-    }
-    if (!out.commit()) {
-        __android_log_print(ANDROID_LOG_ERROR, kTag, "flush:failed to write file %s\n",
-                            pdOffsetPath.c_str());
-        return false;
-    }
-    changeFileAttribute(pdOffsetPath.c_str());
-    return true;
+    std::vector<std::string> lines;
+    for (const pdOffsetCalData& record : pdOffsetCalDataList) lines.push_back(pdOffsetLine(record));
+    return rewriteFile(pdOffsetPath, lines);
 }
 
 bool AfCalibrationData::pdOffsetWrite(const std::string& camera, int pdOffsetLength,

@@ -3,21 +3,17 @@
 #include "af/afcalibrationdata.h"
 #include "cli/loadcalifiles.h"
 #include "cli/stageactions.h"
-#include "common/devicepaths.h"
-#include "common/persistlock.h"
+#include "cli/underpersistlock.h"
 
 void runAfStore(const RunParameters& parameters) {
     AfCalibrationData store;
-    bool written = false;
-    {
-        PersistLock lock(persistDirectory());
-        const bool locked = lock.acquire();
-        store.init();
-        written = locked &&
-                  store.write(parameters.camera, parameters.dist, parameters.dac, parameters.temp,
-                              parameters.useflag) &&
-                  store.flush();
-    }
+    const bool written = loadAndChangeUnderPersistLock(
+        [&] { store.init(); },
+        [&] {
+            return store.write(parameters.camera, parameters.dist, parameters.dac, parameters.temp,
+                               parameters.useflag) &&
+                   store.flush();
+        });
     if (written) {
         fprintf(stdout, "Successfully write %s\n", store.getPath().c_str());
         loadCaliFiles("com.nurvak.loadCalibrationFiles", "afcal");

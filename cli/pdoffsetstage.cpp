@@ -4,8 +4,7 @@
 #include "af/afcalibrationdata.h"
 #include "cli/loadcalifiles.h"
 #include "cli/stageactions.h"
-#include "common/devicepaths.h"
-#include "common/persistlock.h"
+#include "cli/underpersistlock.h"
 
 namespace {
 
@@ -20,16 +19,13 @@ std::string listed(const char* label, const std::vector<float>& values) {
 
 void runPdOffsetWrite(const RunParameters& parameters) {
     AfCalibrationData store;
-    bool written = false;
-    {
-        PersistLock lock(persistDirectory());
-        const bool locked = lock.acquire();
-        store.pdOffsetInit();
-        written = locked &&
-                  store.pdOffsetWrite(parameters.camera, parameters.pdOffsetLength,
-                                      parameters.pdOffset, parameters.useflag) &&
-                  store.pdOffsetFlush();
-    }
+    const bool written = loadAndChangeUnderPersistLock(
+        [&] { store.pdOffsetInit(); },
+        [&] {
+            return store.pdOffsetWrite(parameters.camera, parameters.pdOffsetLength,
+                                       parameters.pdOffset, parameters.useflag) &&
+                   store.pdOffsetFlush();
+        });
     if (written) {
         fprintf(stdout, "Successfully write %s\n", store.getPdOffsetPath().c_str());
         loadCaliFiles("com.nurvak.loadCalibrationFiles", "pdoffset");
@@ -41,15 +37,12 @@ void runPdOffsetWrite(const RunParameters& parameters) {
 void runPdOffsetSfrData(const RunParameters& parameters) {
     // A store of its own: after an -o write in the same run it sees the record just written.
     AfCalibrationData store;
-    bool written = false;
-    {
-        PersistLock lock(persistDirectory());
-        const bool locked = lock.acquire();
-        store.pdOffsetInit();
-        written = locked &&
-                  store.pdOffsetSfrDataWrite(parameters.camera, parameters.pdOffsetSfrData) &&
-                  store.pdOffsetFlush();
-    }
+    const bool written = loadAndChangeUnderPersistLock(
+        [&] { store.pdOffsetInit(); },
+        [&] {
+            return store.pdOffsetSfrDataWrite(parameters.camera, parameters.pdOffsetSfrData) &&
+                   store.pdOffsetFlush();
+        });
     if (!written) {
         fprintf(stdout, "Error:failed to write pdOffsetSfrData\n");
         return;
