@@ -63,10 +63,6 @@ TEST_F(AfCalibrationDataTest, BackupModulesOnlyForTheTelePositions) {
     EXPECT_EQ(fuseIdOf("0"), "can't find camera[0] fuseid\n0");
 }
 
-TEST_F(AfCalibrationDataTest, NonNumericCameraIdEndsTheRun) {
-    EXPECT_DEATH(store.getFuseId("w"), "Error:camera id is not a valid number: \"w\"");
-}
-
 TEST_F(AfCalibrationDataTest, SplitAfInfoString) {
     std::vector<std::string> out = {"kept"};
     store.splitAFInfoString("10:300,,50:420,", out, ",");
@@ -150,45 +146,6 @@ TEST_F(AfCalibrationDataTest, MissingFuseIdIsReportedFirstAndRefused) {
     EXPECT_FALSE(write("0", 50, 300, 0, 1, &out));
     EXPECT_EQ(out,
               "can't find camera[0] fuseid\nError:temperature 0 is not within the usable range\n");
-}
-
-TEST_F(AfCalibrationDataTest, PointsAreUpdatedInPlaceAndNewDistancesAppended) {
-    setProperty("vendor.camera.sensor.w.fuseID", "xxxx0006ABC123");
-    std::string out;
-    ASSERT_TRUE(write("0", 10, 300, 30, 0, &out));
-    ASSERT_TRUE(write("0", 50, 400, 30, 0, &out));
-    setProperty("vendor.camera.sensor.t.fuseID", "xxxx0006ABC123");  // the module, moved
-    ASSERT_TRUE(write("20", 10, 333, 30, 0, &out));
-    EXPECT_EQ(store.find("ABC123", "10"), 0);
-    EXPECT_EQ(store.find("ABC123", "50"), 1);
-    EXPECT_EQ(store.find("ABC123", "60"), -1);
-    std::string fuseId = "ABC123";
-    EXPECT_EQ(store.getDac(fuseId, 10), 333);
-    ASSERT_TRUE(write("0", 60, 500, 30, 0, &out));
-    EXPECT_EQ(store.find("ABC123", "60"), 2);
-}
-
-TEST_F(AfCalibrationDataTest, RecordCrcCoversTheSixTexts) {
-    AfCalibrationData::afCalData record{"0", "0", "ABC123", "50", "300", "30", 0};
-    EXPECT_EQ(store.check(&record), 30010);
-}
-
-}  // namespace
-
-namespace {
-
-TEST(PdOffsetCheck, ValuesStandBareAndEverySfrTextKeepsItsComma) {
-    AfCalibrationData store;
-    AfCalibrationData::pdOffsetCalData record;
-    record.useFlag = "1";
-    record.camera = "0";
-    record.fuseId = "ABC123";
-    record.pdOffsetLength = "3";
-    record.pdOffset = {"1.5", "-2", "0.25"};
-    EXPECT_EQ(store.pdOffsetCheck(&record), 47953);  // "10ABC12331.5-20.25"
-    record.pdOffsetSfrData = {"a", "b", "c", "d", "e", "f", "g", "h"};
-    EXPECT_EQ(store.pdOffsetCheck(&record), 9629);  // "10ABC12331.5-20.25a,b,c,d,e,f,g,h,"
-    EXPECT_EQ(store.pdOffsetCheck(nullptr), 0);
 }
 
 }  // namespace

@@ -20,11 +20,4 @@ TEST(ExposureValue, DividesInIntegersAndNeverTraps) {
     EXPECT_EQ(exposureValue("60/2/3"), 30);  // split at the first '/'
 }
 
-TEST(CameraMap, HoldsTheNineRoleIds) {
-    EXPECT_EQ(cameraMap.size(), 9u);
-    EXPECT_EQ(cameraMap.at("23"), "t4x");
-    EXPECT_EQ(cameraMap.at("40"), "faux");
-    EXPECT_EQ(cameraMap.count("00"), 0u);
-}
-
 }  // namespace

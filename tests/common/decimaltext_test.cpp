@@ -15,9 +15,4 @@ TEST(LeadingDecimal, ReadsLikeTheStandardConversion) {
     EXPECT_FALSE(leadingDecimal("2147483648").has_value());
 }
 
-TEST(LeadingDecimalDeathTest, NonNumberEndsTheRunNamingTheValue) {
-    EXPECT_DEATH(leadingDecimalOrAbort("abc", "camera id"),
-                 "Error:camera id is not a valid number: \"abc\"");
-}
-
 }  // namespace

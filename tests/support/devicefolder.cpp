@@ -1,6 +1,5 @@
 #include "tests/support/devicefolder.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <ftw.h>
 #include <poll.h>
@@ -10,7 +9,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <algorithm>
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
@@ -93,16 +91,7 @@ std::string DeviceFolder::log() const {
 }
 
 std::vector<std::string> DeviceFolder::persistEntries() const {
-    std::vector<std::string> names;
-    DIR* directory = opendir((rootPath + "/mnt/vendor/persist/camera").c_str());
-    if (directory == nullptr) return names;
-    while (dirent* entry = readdir(directory)) {
-        std::string name = entry->d_name;
-        if (name != "." && name != "..") names.push_back(name);
-    }
-    closedir(directory);
-    std::sort(names.begin(), names.end());
-    return names;
+    return directoryEntries(rootPath + "/mnt/vendor/persist/camera");
 }
 
 RunResult DeviceFolder::run(const std::vector<std::string>& arguments,

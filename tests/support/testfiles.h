@@ -2,6 +2,7 @@
 
 #include <initializer_list>
 #include <string>
+#include <vector>
 
 // File helpers for the tests.
 std::string readFile(const std::string& path);
@@ -9,3 +10,4 @@ void writeFile(const std::string& path, const std::string& content);
 bool fileExists(const std::string& path);    // without following a link
 unsigned fileMode(const std::string& path);  // permission bits
 std::string bytes(std::initializer_list<int> values);
+std::vector<std::string> directoryEntries(const std::string& directory);  // sorted, no . or ..
