@@ -25,9 +25,7 @@ bool AeCalibrationData::parse(char const* file) {
     __android_log_print(ANDROID_LOG_DEBUG, kTag, "data file size %d", size);
 
     const int fuseLength = static_cast<int>(byteAt(0));
-    std::vector<unsigned char> fuseBytes;
-    for (int i = 1; i <= fuseLength; ++i) fuseBytes.push_back(byteAt(i));
-    fuseIdHex += hexText(fuseBytes);
+    fuseIdHex += hexText(data, 1, fuseLength);
 
     // Each value is 2 bytes at a fixed offset, whatever its length byte says.
     const size_t base = 1 + fuseLength;

@@ -8,7 +8,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <regex>
-#include <sstream>
 
 #include "common/crc16ccitt.h"
 #include "common/decimaltext.h"
@@ -127,10 +126,16 @@ size_t valueCount(const AfCalibrationData::pdOffsetCalData& record) {
     return std::min(static_cast<size_t>(std::max(count, 0)), record.pdOffset.size());
 }
 
+std::string afLine(const AfCalibrationData::afCalData& record) {
+    return record.useFlag + "," + record.camera + "," + record.fuseId + "," + record.dist + "," +
+           record.dac + "," + record.temp + "," + std::to_string(record.crc) + "\n";
+}
+
 std::string pdOffsetLine(const AfCalibrationData::pdOffsetCalData& record) {
     std::string line = record.useFlag + "," + record.camera + "," + record.fuseId + "," +
                        record.pdOffsetLength + ",";
-    for (size_t i = 0; i < valueCount(record); ++i) line += record.pdOffset[i] + ",";
+    const size_t count = valueCount(record);
+    for (size_t i = 0; i < count; ++i) line += record.pdOffset[i] + ",";
     for (const std::string& sfr : record.pdOffsetSfrData) line += sfr + ",";
     return line + std::to_string(record.crc) + "\n";
 }
@@ -244,12 +249,7 @@ int AfCalibrationData::getDac(std::string& fuseId, int dist) {
 
 bool AfCalibrationData::flush() {
     std::vector<std::string> lines;
-    for (const afCalData& record : afCalDataList) {
-        std::ostringstream line;
-        line << record.useFlag << ',' << record.camera << ',' << record.fuseId << ',' << record.dist
-             << ',' << record.dac << ',' << record.temp << ',' << record.crc << '\n';
-        lines.push_back(line.str());
-    }
+    for (const afCalData& record : afCalDataList) lines.push_back(afLine(record));
     return rewriteFile(path, lines);
 }
 
@@ -396,7 +396,8 @@ int AfCalibrationData::pdOffsetCheck(const pdOffsetCalData* record) {
     // The values stand bare, while every SFR text keeps a comma after it; stored files rely on
     // exactly this.
     std::string text = record->useFlag + record->camera + record->fuseId + record->pdOffsetLength;
-    for (size_t i = 0; i < valueCount(*record); ++i) text += record->pdOffset[i];
+    const size_t count = valueCount(*record);
+    for (size_t i = 0; i < count; ++i) text += record->pdOffset[i];
     for (const std::string& sfr : record->pdOffsetSfrData) text += sfr + ",";
     return crcOfText(text);
 }

@@ -28,9 +28,7 @@ bool EepromCalibrationData::parse(char const* file) {
     __android_log_print(ANDROID_LOG_INFO, kTag, "data file size %d", static_cast<int>(data.size()));
 
     const size_t fuseLength = data.empty() ? 0 : data[0];
-    const size_t fuseEnd = std::min(1 + fuseLength, data.size());
-    fuseIdHex += hexText(std::vector<unsigned char>(data.begin() + std::min<size_t>(1, fuseEnd),
-                                                    data.begin() + fuseEnd));
+    fuseIdHex += hexText(data, 1, fuseLength);
 
     if (!checkBlock("AWB", fuseLength + kAwbCoveredStart, fuseLength + kAwbCoveredEnd, file) ||
         !checkBlock("LSC", fuseLength + kLscCoveredStart, fuseLength + kLscCoveredEnd, file)) {

@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 
 #include "common/uniquefd.h"
@@ -27,12 +28,16 @@ bool readWholeFile(const char* path, std::vector<unsigned char>* bytes) {
 }
 
 std::string hexText(const std::vector<unsigned char>& bytes) {
+    return hexText(bytes, 0, bytes.size());
+}
+
+std::string hexText(const std::vector<unsigned char>& bytes, size_t from, size_t count) {
     static const char kDigits[] = "0123456789ABCDEF";
+    const size_t end = from + std::min(count, bytes.size() - std::min(from, bytes.size()));
     std::string text;
-    text.reserve(bytes.size() * 2);
-    for (unsigned char byte : bytes) {
-        text += kDigits[byte >> 4];
-        text += kDigits[byte & 0x0F];
+    for (size_t i = from; i < end; ++i) {
+        text += kDigits[bytes[i] >> 4];
+        text += kDigits[bytes[i] & 0x0F];
     }
     return text;
 }
