@@ -19,22 +19,22 @@ int runAeDump(const RunParameters& parameters) {
 }
 
 StageResult runAeStore(const RunParameters& parameters, const std::string& camera, int exposure) {
+    // The device has one temporary AE file: the lock keeps it one station's from making to
+    // removing, so no other run overwrites, reads or removes it in between.
+    PersistLock lock(persistDirectory());
+    if (!lock.acquire()) return StageResult::goOn();
     const std::string& source = tempAeFilePath();
     AeCalibrationFilesManager::makeFile(camera, source, parameters.limux, parameters.iso, exposure);
-    // Only the file makeFile made will do: a link planted on shared storage is not followed.
+    // Whatever stands at the name counts, even what makeFile could not replace (a directory, a
+    // link planted meanwhile): parse refuses it and remove takes it away. Links are not followed.
     struct stat info;
-    if (lstat(source.c_str(), &info) != 0 || !S_ISREG(info.st_mode)) {
+    if (lstat(source.c_str(), &info) != 0) {
         fprintf(stdout, "Error:failed to create emp file %s!\n", source.c_str());
         return StageResult::endRun(-1);
     }
-    {
-        PersistLock lock(persistDirectory());
-        if (lock.acquire()) {
-            AeCalibrationFilesManager manager(camera, source);
-            manager.parse();
-            manager.write();
-        }
-    }
+    AeCalibrationFilesManager manager(camera, source);
+    manager.parse();
+    manager.write();
     remove(source.c_str());
     return StageResult::goOn();
 }

@@ -6,10 +6,14 @@
 #include <algorithm>
 #include <cerrno>
 
+#include "common/devicepaths.h"
 #include "common/uniquefd.h"
 
 bool readWholeFile(const char* path, std::vector<unsigned char>* bytes) {
-    UniqueFd fd(open(path, O_RDONLY | O_CLOEXEC));
+    // The temporary AE file lies on shared storage, where anyone may plant a link: it is read
+    // only as the file itself. Paths a user gives are read as given.
+    const int noFollow = path == tempAeFilePath() ? O_NOFOLLOW : 0;
+    UniqueFd fd(open(path, O_RDONLY | O_CLOEXEC | noFollow));
     if (!fd.valid()) return false;
     std::vector<unsigned char> content;
     unsigned char buffer[8192];

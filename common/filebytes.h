@@ -3,7 +3,8 @@
 #include <string>
 #include <vector>
 
-// Reads a whole file. False when it cannot be opened or read (a directory, say).
+// Reads a whole file. False when it cannot be opened or read (a directory, say, or a link at the
+// temporary AE file's name).
 bool readWholeFile(const char* path, std::vector<unsigned char>* bytes);
 
 // Two upper-case hexadecimal digits per byte, no separators.

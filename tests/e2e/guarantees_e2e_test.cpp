@@ -1,0 +1,115 @@
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <thread>
+
+#include "tests/support/awblscfile.h"
+#include "tests/support/devicefolder.h"
+
+namespace {
+
+const char kLog[] = "com.nurak.camera.checksum.bin";
+const std::string kAeStored =
+    bytes({0x02, 0xAB, 0x12, 0x02, 0x64, 0x00, 0x02, 0xC8, 0x00, 0x02, 0x2C, 0x01, 0xD3, 0xA9});
+const std::vector<std::string> kAeStore = {"-n", "0", "-l", "100", "-s", "200", "-e", "300"};
+
+// Every camera's sensor carries fuse ID AB12, and an AWB/LSC file for it is at hand.
+class Guarantees : public testing::Test {
+  protected:
+    void SetUp() override {
+        for (const char* camera : {"w", "f", "t", "u", "m", "t4x", "m2x", "d", "faux"}) {
+            device.setProperty(std::string("vendor.camera.sensor.") + camera + ".fuseID",
+                               "xxxx0004AB12");
+        }
+        writeFile(awbLscSource, awbLscFile(bytes({0xAB, 0x12})));
+    }
+
+    std::vector<RunResult> runAtOnce(const std::vector<std::vector<std::string>>& runs) const {
+        std::vector<RunResult> results(runs.size());
+        std::vector<std::thread> stations;
+        for (size_t i = 0; i < runs.size(); ++i) {
+            stations.emplace_back([&, i] { results[i] = device.run(runs[i]); });
+        }
+        for (std::thread& station : stations) station.join();
+        return results;
+    }
+
+    DeviceFolder device;
+    const std::string awbLscSource = device.path("awblsc.bin");
+};
+
+TEST_F(Guarantees, StationsStoringAeAndAwbLscAtOnceLoseNothing) {
+    const std::vector<std::pair<std::string, std::string>> aeCameras = {
+        {"0", "w"},  {"1", "f"},    {"20", "t"},   {"21", "u"},
+        {"22", "m"}, {"23", "t4x"}, {"24", "m2x"}, {"25", "d"}};
+    std::vector<std::vector<std::string>> runs;
+    std::vector<std::string> outs;
+    std::vector<std::string> expectedEntries = {kLog};
+    for (const auto& [id, name] : aeCameras) {
+        runs.push_back({"-n", id, "-l", "100", "-s", "200", "-e", "300"});
+        const std::string file = "com.nurvak.aecal." + name + ".bin";
+        outs.push_back("Successfully write file " + device.persistFile(file) + "\n");
+        expectedEntries.push_back(file);
+    }
+    for (const auto& [id, name] : {std::pair{"1", "f"}, std::pair{"40", "faux"}}) {
+        runs.push_back({"-u", "-n", id, "-f", awbLscSource});
+        const std::string file = std::string("com.nurvak.awblsccal.") + name + ".bin";
+        outs.push_back("Successfully write file " + device.persistFile(file) +
+                       "\nsocket init failed\n");
+        expectedEntries.push_back(file);
+    }
+    std::vector<RunResult> results = runAtOnce(runs);
+    for (size_t i = 0; i < runs.size(); ++i) {
+        EXPECT_EQ(results[i].out, outs[i]);
+        EXPECT_EQ(results[i].status, 0);
+    }
+    for (const auto& [id, name] : aeCameras) {
+        EXPECT_EQ(readFile(device.persistFile("com.nurvak.aecal." + name + ".bin")), kAeStored);
+    }
+    std::string log = readFile(device.persistFile(kLog));
+    EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 10);
+    for (const char* line : {"w,ae", "f,ae", "t,ae", "u,ae", "m,ae", "t4x,ae", "m2x,ae", "d,ae",
+                             "f,awb", "faux,awb"}) {
+        EXPECT_NE(log.find(std::string("camera:") + line + ",result:1\n"), std::string::npos);
+    }
+    std::sort(expectedEntries.begin(), expectedEntries.end());
+    EXPECT_EQ(device.persistEntries(), expectedEntries);
+    EXPECT_FALSE(fileExists(device.path("sdcard/tmp")));
+}
+
+// A directory at the temporary AE file's name cannot be made or parsed, but is removed and the
+// run goes on; a link there is replaced, and its target (a valid AE source) never read.
+TEST_F(Guarantees, WrongThingAtTheTemporaryAeFile) {
+    const std::string tmp = device.path("sdcard/tmp");
+    const std::string afDone =
+        "Successfully write " + device.persistFile("com.nurvak.afc.bin") + "\nsocket init failed\n";
+    std::vector<std::string> storeBoth = kAeStore;
+    storeBoth.insert(storeBoth.end(), {"-D", "300", "-t", "30"});
+
+    ASSERT_EQ(mkdir(tmp.c_str(), 0755), 0);
+    RunResult result = device.run(storeBoth);
+    EXPECT_EQ(result.out, "Error:failed to open log file " + tmp + "\nError:Failed to parse file " +
+                              tmp + "\n" + afDone);
+    EXPECT_EQ(result.status, 0);
+    EXPECT_FALSE(fileExists(tmp));
+
+    const std::string other =
+        bytes({0x02, 0xAB, 0x12, 0x02, 0xE7, 0x03, 0x02, 0xC8, 0x00, 0x02, 0x2C, 0x01});
+    writeFile(device.path("other"), other);
+    ASSERT_EQ(symlink(device.path("other").c_str(), tmp.c_str()), 0);
+    result = device.run(storeBoth);
+    EXPECT_EQ(result.out, "Successfully write file " +
+                              device.persistFile("com.nurvak.aecal.w.bin") + "\n" + afDone);
+    EXPECT_EQ(readFile(device.persistFile("com.nurvak.aecal.w.bin")), kAeStored);
+    EXPECT_EQ(readFile(device.path("other")), other);
+    EXPECT_FALSE(fileExists(tmp));
+
+    // Not even a dump reads the temporary AE file through a link.
+    ASSERT_EQ(symlink(device.path("other").c_str(), tmp.c_str()), 0);
+    result = device.run({"-i", "-s", "1", "-f", tmp});
+    EXPECT_EQ(result.out, "Error:failed to parse file " + tmp + "\n");
+}
+
+}  // namespace
