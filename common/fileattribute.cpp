@@ -1,5 +1,6 @@
 #include "common/fileattribute.h"
 
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -7,25 +8,40 @@
 #include <cstdio>
 #include <cstring>
 
+#include "common/uniquefd.h"
+
 namespace {
 
-constexpr int kSystemId = 1000;
+// Both messages, in their streams and order, for a mode and an owner that could not be set.
+bool report(char const* file, int chmodError, int chownError) {
+    if (chmodError != 0) {
+        fprintf(stdout, "Error: fail to change permissions of %s to 0644: %s", file,
+                strerror(chmodError));
+    }
+    if (chownError != 0) {
+        fprintf(stderr, "Error changing group ownership of %s to %d: %s", file, kSystemId,
+                strerror(chownError));
+    }
+    return chmodError == 0 && chownError == 0;
+}
 
 }  // namespace
 
+bool applyFileAttribute(int fd, char const* file) {
+    const int chmodError = fchmod(fd, kCalibrationFileMode) < 0 ? errno : 0;
+    const int chownError = fchown(fd, kSystemId, kSystemId) < 0 ? errno : 0;
+    return report(file, chmodError, chownError);
+}
+
 bool applyFileAttribute(char const* file) {
-    bool ok = true;
-    if (chmod(file, 0644) < 0) {
-        fprintf(stdout, "Error: fail to change permissions of %s to 0644: %s", file,
-                strerror(errno));
-        ok = false;
+    // Whoever can write the persist directory could put a link at the name: the attributes go
+    // to what stands there, never through it. Non-blocking, so that a FIFO cannot hold us.
+    UniqueFd fd(open(file, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    if (!fd.valid()) {
+        const int error = errno;
+        return report(file, error, error);
     }
-    if (chown(file, kSystemId, kSystemId) < 0) {
-        fprintf(stderr, "Error changing group ownership of %s to %d: %s", file, kSystemId,
-                strerror(errno));
-        ok = false;
-    }
-    return ok;
+    return applyFileAttribute(fd.get(), file);
 }
 
 void changeFileAttribute(char const* file) {

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <vector>
 
+#include "common/fileattribute.h"
 #include "common/uniquefd.h"
 
 namespace {
@@ -47,8 +48,11 @@ bool SafeFileWriter::open() {
     fd.reset(mkostemp(name.data(), O_CLOEXEC));
     if (!fd.valid()) return false;
     temporary = name.data();
-    // The file appears under its real name already readable, before its owner is set.
-    if (fchmod(fd.get(), 0644) < 0) failed = true;
+    // Set before the rename, so that the file never shows under its name otherwise.
+    if (fchmod(fd.get(), kCalibrationFileMode) < 0) failed = true;
+    if (fchown(fd.get(), kSystemId, kSystemId) < 0) {
+        // No failure of the write: the caller's changeFileAttribute reports the owner.
+    }
     return true;
 }
 

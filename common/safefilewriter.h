@@ -7,7 +7,8 @@
 // Replaces a file so that a crash, a kill or a power cut at any instant leaves either the old
 // file or the new one: the bytes go to a temporary file beside the target, which is flushed to
 // disk, renamed over the target, and the directory is synced. Until commit() succeeds the
-// target is untouched, and the temporary file never outlives the writer.
+// target is untouched, and the temporary file never outlives the writer. The new file already has
+// the calibration files' mode and owner when it appears under its name.
 class SafeFileWriter {
   public:
     explicit SafeFileWriter(std::string target);
