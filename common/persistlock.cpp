@@ -9,6 +9,8 @@
 #include <cstdio>
 #include <thread>
 
+#include "common/safefilewriter.h"
+
 PersistLock::PersistLock(std::string directory, int timeoutMs)
     : directory(std::move(directory)), timeoutMs(timeoutMs) {}
 
@@ -21,7 +23,11 @@ bool PersistLock::acquire() {
 
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
     for (;;) {
-        if (flock(fd.get(), LOCK_EX | LOCK_NB) == 0) return true;
+        if (flock(fd.get(), LOCK_EX | LOCK_NB) == 0) {
+            // No writer can be at work now: any temporary file left is a killed run's.
+            SafeFileWriter::removeStaleTemporaries(fd.get());
+            return true;
+        }
         if (errno != EWOULDBLOCK && errno != EINTR) return true;  // no locking here: go on
         if (std::chrono::steady_clock::now() >= deadline) break;
         std::this_thread::sleep_for(std::chrono::milliseconds(20));

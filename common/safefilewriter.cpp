@@ -1,12 +1,15 @@
 #include "common/safefilewriter.h"
 
+#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <vector>
 
 #include "common/fileattribute.h"
@@ -24,6 +27,22 @@ std::string directoryOf(const std::string& path) {
 std::string nameOf(const std::string& path) {
     size_t slash = path.rfind('/');
     return slash == std::string::npos ? path : path.substr(slash + 1);
+}
+
+// Whether `name` is ".<target>.XXXXXX" for a target ending in ".bin", the X's as mkstemp fills
+// them.
+bool isTemporaryName(const std::string& name) {
+    static const std::string kExtension = ".bin";
+    constexpr size_t kRandom = 6;
+    if (name.size() < 1 + kExtension.size() + 1 + kRandom || name[0] != '.') return false;
+    const size_t dot = name.size() - kRandom - 1;
+    if (name[dot] != '.' ||
+        name.compare(dot - kExtension.size(), kExtension.size(), kExtension) != 0) {
+        return false;
+    }
+    return std::all_of(name.begin() + dot + 1, name.end(), [](char c) {
+        return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
+    });
 }
 
 void syncDirectory(const std::string& directory) {
@@ -85,6 +104,23 @@ bool SafeFileWriter::commit() {
     temporary.clear();
     syncDirectory(directoryOf(target));
     return true;
+}
+
+void SafeFileWriter::removeStaleTemporaries(int directoryFd) {
+    UniqueFd copy(fcntl(directoryFd, F_DUPFD_CLOEXEC, 0));  // the listing closes its own
+    DIR* listing = copy.valid() ? fdopendir(copy.get()) : nullptr;
+    if (listing == nullptr) return;
+    copy.release();
+    std::unique_ptr<DIR, int (*)(DIR*)> closer(listing, closedir);
+    rewinddir(listing);
+    while (dirent* entry = readdir(listing)) {
+        if (!isTemporaryName(entry->d_name)) continue;
+        struct stat info;
+        if (fstatat(directoryFd, entry->d_name, &info, AT_SYMLINK_NOFOLLOW) == 0 &&
+            S_ISREG(info.st_mode)) {
+            unlinkat(directoryFd, entry->d_name, 0);
+        }
+    }
 }
 
 void SafeFileWriter::discard() {

@@ -27,6 +27,11 @@ class SafeFileWriter {
     // failed ("could not write"). The old file then stays as it was.
     bool commit();
 
+    // Removes what writers killed before commit() left in `directoryFd`: regular files named as
+    // open() names its temporaries for a ".bin" target, nothing else. Only for a caller holding
+    // the persist lock, under which every writer runs, so that no live writer's file goes.
+    static void removeStaleTemporaries(int directoryFd);
+
   private:
     void discard();
 

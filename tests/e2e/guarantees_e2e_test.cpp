@@ -162,4 +162,27 @@ TEST_F(Guarantees, LinkAtAPersistNameLeavesItsTargetAlone) {
     }
 }
 
+// Only regular files named as the safe writer names its temporaries are a killed run's leftovers.
+TEST_F(Guarantees, NextStoreRemovesLeftoverTemporariesOnly) {
+    const std::vector<std::string> leftovers = {".com.nurvak.afc.bin.Ab3xYz",
+                                                ".com.nurvak.aecal.w.bin.000000"};
+    std::vector<std::string> kept = {"notes.bin",
+                                     "com.nurvak.afc.bin.Ab3xYz",
+                                     ".com.nurvak.afc.bin.Ab3xY",
+                                     ".com.nurvak.afc.bin.Ab3x-z",
+                                     ".notes.txt.Ab3xYz",
+                                     ".link.bin.Ab3xYz",
+                                     ".dir.bin.Ab3xYz",
+                                     "com.nurvak.afc.bin"};
+    for (const std::string& name : leftovers) writeFile(device.persistFile(name), "left");
+    for (size_t i = 0; i < 5; ++i) writeFile(device.persistFile(kept[i]), "kept");
+    ASSERT_EQ(symlink(device.path("victim").c_str(), device.persistFile(kept[5]).c_str()), 0);
+    ASSERT_EQ(mkdir(device.persistFile(kept[6]).c_str(), 0755), 0);
+    RunResult result = device.run({"-n", "0", "-d", "50", "-D", "300", "-t", "30"});
+    EXPECT_EQ(result.out, "Successfully write " + device.persistFile("com.nurvak.afc.bin") +
+                              "\nsocket init failed\n");
+    std::sort(kept.begin(), kept.end());
+    EXPECT_EQ(device.persistEntries(), kept);
+}
+
 }  // namespace
