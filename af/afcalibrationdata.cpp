@@ -140,11 +140,16 @@ std::string pdOffsetLine(const AfCalibrationData::pdOffsetCalData& record) {
     return line + std::to_string(record.crc) + "\n";
 }
 
-// A value as atof reads it, as a float; out of a float's range it is an infinity.
+// A value as atof reads it, rounded to the nearest float. Past the largest float, values below
+// the midpoint between it and 2^128 still round to it; from there on they are an infinity. The
+// cast is left to the values a float can hold, where it is defined.
 float toFloat(const std::string& text) {
+    constexpr double kRoundsToInfinity = 0x1.ffffffp+127;  // FLT_MAX plus half its last step
     const double value = atof(text.c_str());
-    if (value > FLT_MAX) return INFINITY;
-    if (value < -FLT_MAX) return -INFINITY;
+    if (std::fabs(value) > FLT_MAX) {
+        const float largest = std::fabs(value) < kRoundsToInfinity ? FLT_MAX : INFINITY;
+        return value < 0 ? -largest : largest;
+    }
     return static_cast<float>(value);
 }
 

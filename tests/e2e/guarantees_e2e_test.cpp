@@ -185,4 +185,17 @@ TEST_F(Guarantees, NextStoreRemovesLeftoverTemporariesOnly) {
     EXPECT_EQ(device.persistEntries(), kept);
 }
 
+// Read back as atof then rounding to the nearest float: the largest float's text stays finite.
+TEST_F(Guarantees, LargestFloatsReadBackRounded) {
+    RunResult result =
+        device.run({"-n", "0", "-L", "3", "-o", "3.4028235e+38,-3.4028235677e+38,3.4028236e+38",
+                    "-S", "1,2,3,4,5,6,7,8"});
+    const std::string largest = "340282346638528859811704183484516925440.000000,";
+    EXPECT_EQ(result.out, "Successfully write " + device.persistFile("com.nurvak.pdoffset.bin") +
+                              "\nsocket init failed\nSuccess write pdoffset:" + largest + "-" +
+                              largest +
+                              "inf,; pdoffsetSfr:1.000000,2.000000,3.000000,4.000000,5.000000,"
+                              "6.000000,7.000000,8.000000,\n");
+}
+
 }  // namespace
