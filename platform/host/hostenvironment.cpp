@@ -4,16 +4,17 @@
 
 namespace {
 
-std::string variable(const char* name, bool* isSet = nullptr) {
+std::string variable(const char* name) {
     const char* value = std::getenv(name);
-    if (isSet != nullptr) *isSet = value != nullptr;
     return value != nullptr ? value : "";
 }
 
 HostEnvironment readEnvironment() {
     HostEnvironment environment;
+    // The device paths add their own '/': "root/" must not make "root//mnt/...".
     environment.root = variable("OPTOQUILL_ROOT");
-    environment.propertiesFile = variable("OPTOQUILL_PROPERTIES", &environment.hasPropertiesFile);
+    while (!environment.root.empty() && environment.root.back() == '/') environment.root.pop_back();
+    environment.propertiesFile = variable("OPTOQUILL_PROPERTIES");
     environment.logFile = variable("OPTOQUILL_LOG");
     environment.socketPrefix = variable("OPTOQUILL_SOCKET_PREFIX");
     return environment;

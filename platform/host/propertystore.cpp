@@ -38,18 +38,28 @@ bool readFile(const std::string& file, std::string* text, int* error) {
 PropertyStore loadProcessStore() {
     PropertyStore store;
     const HostEnvironment& environment = HostEnvironment::process();
+    if (environment.propertiesFile.empty()) return store;
     std::string error;
-    if (environment.hasPropertiesFile && !store.loadFile(environment.propertiesFile, &error)) {
+    std::vector<int> skippedLines;
+    if (!store.loadFile(environment.propertiesFile, &error, &skippedLines)) {
         fprintf(stderr, "optoquill: cannot read properties file %s: %s\n",
                 environment.propertiesFile.c_str(), error.c_str());
         exit(2);
+    }
+    // A typo must not leave a property unset unnoticed; the run goes on.
+    for (int line : skippedLines) {
+        fprintf(stderr,
+                "optoquill: properties file %s, line %d is neither name=value nor "
+                "[name]: [value], skipped\n",
+                environment.propertiesFile.c_str(), line);
     }
     return store;
 }
 
 }  // namespace
 
-bool PropertyStore::loadFile(const std::string& file, std::string* error) {
+bool PropertyStore::loadFile(const std::string& file, std::string* error,
+                             std::vector<int>* skippedLines) {
     std::string text;
     int code = 0;
     if (!readFile(file, &text, &code)) {
@@ -57,23 +67,25 @@ bool PropertyStore::loadFile(const std::string& file, std::string* error) {
         return false;
     }
     values.clear();
-    loadText(text);
+    loadText(text, skippedLines);
     return true;
 }
 
-void PropertyStore::loadText(const std::string& text) {
+void PropertyStore::loadText(const std::string& text, std::vector<int>* skippedLines) {
     size_t start = 0;
-    while (start < text.size()) {
+    for (int number = 1; start < text.size(); ++number) {
         size_t end = text.find('\n', start);
         if (end == std::string::npos) end = text.size();
-        addLine(text.substr(start, end - start));
+        if (!addLine(text.substr(start, end - start)) && skippedLines != nullptr) {
+            skippedLines->push_back(number);
+        }
         start = end + 1;
     }
 }
 
-void PropertyStore::addLine(std::string line) {
+bool PropertyStore::addLine(std::string line) {
     if (!line.empty() && line.back() == '\r') line.pop_back();
-    if (line.empty() || line[0] == '#') return;
+    if (line.empty() || line[0] == '#') return true;
 
     // getprop prints "[name]: [value]".
     static const std::string kBetween = "]: [";
@@ -81,10 +93,12 @@ void PropertyStore::addLine(std::string line) {
     if (line[0] == '[' && between != std::string::npos && line.back() == ']') {
         size_t valueStart = between + kBetween.size();
         set(line.substr(1, between - 1), line.substr(valueStart, line.size() - 1 - valueStart));
-        return;
+        return true;
     }
     size_t equals = line.find('=');
-    if (equals != std::string::npos) set(line.substr(0, equals), line.substr(equals + 1));
+    if (equals == std::string::npos || equals == 0) return false;
+    set(line.substr(0, equals), line.substr(equals + 1));
+    return true;
 }
 
 void PropertyStore::set(const std::string& name, const std::string& value) {

@@ -78,6 +78,13 @@ TEST(FrontEnd, UnreadablePropertiesFileStopsBeforeAnyStage) {
     EXPECT_EQ(result.err, "optoquill: cannot read properties file " +
                               device.path("no-such-properties") + ": No such file or directory\n");
     EXPECT_EQ(device.persistEntries(), std::vector<std::string>{});
+
+    // A line of neither form is only worth a warning.
+    writeFile(options.propertiesFile, "vendor.a=1\nvendor.b: 2\n");
+    result = device.run({}, options);
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.err, "optoquill: properties file " + options.propertiesFile +
+                              ", line 2 is neither name=value nor [name]: [value], skipped\n");
 }
 
 }  // namespace

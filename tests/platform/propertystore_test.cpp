@@ -14,6 +14,7 @@ std::string valueOf(const PropertyStore& store, const std::string& name) {
 
 TEST(PropertyStore, ReadsBuildPropAndGetpropLines) {
     PropertyStore store;
+    std::vector<int> skipped;
     store.loadText(
         "# comment=ignored\n"
         "\n"
@@ -24,7 +25,10 @@ TEST(PropertyStore, ReadsBuildPropAndGetpropLines) {
         "vendor.empty=\n"
         "[vendor.d]: []\n"
         "not a property line\n"
-        "vendor.last=no newline");
+        "=no name\n"
+        "vendor.last=no newline",
+        &skipped);
+    EXPECT_EQ(skipped, (std::vector<int>{9, 10}));
     EXPECT_EQ(valueOf(store, "vendor.a"), "later wins");
     EXPECT_EQ(valueOf(store, "vendor.b"), "value with ]: [inside");
     EXPECT_EQ(valueOf(store, "vendor.c"), "a=b ");
