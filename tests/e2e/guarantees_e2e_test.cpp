@@ -156,7 +156,7 @@ TEST_F(Guarantees, NextStoreRemovesLeftoverTemporariesOnly) {
                                      "com.nurvak.afc.bin"};
     for (const std::string& name : leftovers) writeFile(device.persistFile(name), "left");
     for (size_t i = 0; i < 5; ++i) writeFile(device.persistFile(kept[i]), "kept");
-    ASSERT_EQ(symlink(device.path("victim").c_str(), device.persistFile(kept[5]).c_str()), 0);
+    ASSERT_EQ(symlink(device.path("properties").c_str(), device.persistFile(kept[5]).c_str()), 0);
     ASSERT_EQ(mkdir(device.persistFile(kept[6]).c_str(), 0755), 0);
     RunResult result = device.run({"-n", "0", "-d", "50", "-D", "300", "-t", "30"});
     EXPECT_EQ(result.out, "Successfully write " + device.persistFile("com.nurvak.afc.bin") +
