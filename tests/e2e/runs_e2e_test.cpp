@@ -1,0 +1,400 @@
+// Every stage of the tool, one run per row: the device before (properties and files), the command
+// line, and everything the factory scripts and the camera service see afterwards (standard
+// output and error, the exit status, the whole persist directory, the socket payloads).
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <map>
+
+#include "tests/support/awblscfile.h"
+#include "tests/support/devicefolder.h"
+#include "tests/support/socketlistener.h"
+
+namespace {
+
+using Files = std::map<std::string, std::string>;
+using Args = std::vector<std::string>;
+
+// In paths, arguments and expected texts "%R" stands for the device's root and "%P" for its
+// persist directory. A file name without either is a persist file.
+struct Case {
+    std::string name;
+    Files properties;
+    Files before;  // a value of kDirectory makes a folder, kAbsent removes one, kLinkTo a link
+    Args args;
+    std::string out;
+    int status;      // exit status, or -signal
+    Files after;     // the whole persist directory afterwards; "%R/..." entries: other files
+    Args sent = {};  // on the AF/PD-offset socket, then on the AWB/LSC one
+    std::string err = "";
+    Args logged = {};  // texts somewhere in the Android log
+};
+
+const std::string kDirectory = "\x01<directory>";
+const std::string kAbsent = "\x01<absent>";
+const std::string kLinkTo = "\x01->";
+
+const char kW[] = "vendor.camera.sensor.w.fuseID";
+const char kAe[] = "com.nurvak.aecal.w.bin";
+const char kLog[] = "com.nurak.camera.checksum.bin";
+const char kAf[] = "com.nurvak.afc.bin";
+const char kPd[] = "com.nurvak.pdoffset.bin";
+const char kAwb[] = "com.nurvak.awblsccal.f.bin";
+const std::string kAeWrote = "Successfully write file %Pcom.nurvak.aecal.w.bin\n";
+const std::string kAfWrote = "Successfully write %Pcom.nurvak.afc.bin\n";
+const std::string kPdWrote = "Successfully write %Pcom.nurvak.pdoffset.bin\n";
+const std::string kLogged = "camera:w,ae,result:1\n";
+const Files kAbc123 = {{kW, "xxxx0006ABC123"}};
+const Files kAb12 = {{kW, "xxxx0004AB12"}};
+const Args kAeStore = {"-n", "0", "-l", "100", "-s", "200", "-e", "300"};
+const Args kAfStore = {"-n", "0", "-d", "50", "-D", "300", "-t", "30"};
+const std::string kAfPoint = "0,0,ABC123,50,300,30,30010\n";
+const std::string kPdRecord = "1,0,ABC123,2,1.5,-2,41386\n";
+const std::string kPdWithSfr = "1,0,ABC123,2,1.5,-2,1,2,3,4,5,6,7,8,53134\n";
+
+const std::string kFactory =
+    bytes({0x02, 0xAB, 0x12, 0x02, 0x64, 0x00, 0x02, 0xC8, 0x00, 0x02, 0x2C, 0x01});
+const std::string kMaintain = kFactory + bytes({0xD3, 0xA9});
+const std::string kAeLayout =
+    "|1 byte |len byte|1 byte |len byte|1 byte |len byte|1 byte     |len byte|";
+const std::string kAeFields =
+    "|fuselen|fuseId  |lumalen|luma    |gainlen|gain    |exposurelen|exposure|";
+
+const char kUsage[] =
+    "usage: optoquill -n camera  [-c fuseID] [-l limix] [-s iso] [-e exposure] [-d dis] "
+    "[-D dac] [-t tempe] [-F useFlag]\n"
+    "      --lumix             -l          lumix\n"
+    "      --iso               -s          sensitivity\n"
+    "      --ae                -e          exposure time\n"
+    "      --eeprom            -E          eeprom bin file\n"
+    "      --dist              -d          obj distance\n"
+    "      --dac               -D          af Dac\n"
+    "      --temp              -t          sensor temperature\n"
+    "      --use               -F          data use flag\n"
+    "      --check             -c          check af Dac\n"
+    "      --unscreen          -u          under screen\n"
+    "      --pdOffset          -o          pdoffset\n"
+    "      --pdOffsetLength    -L          pdoffsetLength\n"
+    "      --help              -h          usage tips\n"
+    "\n\n"
+    "Supported camera List:\n";
+
+const char kSfr[] = "1,2,3,4,5,6,7,8";
+const std::string kReadBack =
+    "Success write pdoffset:1.500000,-2.000000,; pdoffsetSfr:1.000000,2.000000,3.000000,"
+    "4.000000,5.000000,6.000000,7.000000,8.000000,\n";
+const std::string kPdMismatch =
+    "input parse is error, pdoffset length and pdoffset data is mismatchError:failed to write "
+    "%Pcom.nurvak.pdoffset.bin\n";
+const std::string kSfrFailed = "Error:failed to write pdOffsetSfrData\n";
+const std::string kReadBackEmpty = "Success write pdoffset:; pdoffsetSfr:\n";
+
+std::string hexOf(const std::string& content) {
+    static const char kDigits[] = "0123456789ABCDEF";
+    std::string hex;
+    for (unsigned char byte : content) hex += {kDigits[byte >> 4], kDigits[byte & 15]};
+    return hex;
+}
+
+std::string blob(int checksum) {
+    std::string content(9000, '\0');
+    for (size_t i = 0; i < content.size(); ++i) content[i] = static_cast<char>(i * 7);
+    content[8099] = static_cast<char>(checksum);
+    return content;
+}
+
+std::vector<Case> cases() {
+    const std::string awbLsc = awbLscFile(bytes({0xF0, 0x0D}));
+    std::string badAwb = awbLsc;
+    badAwb[awbChecksumAt(2)] ^= 0x40;
+    const std::string awbSum = std::to_string(static_cast<unsigned char>(awbLsc[awbChecksumAt(2)]));
+    const std::string badSum = std::to_string(static_cast<unsigned char>(badAwb[awbChecksumAt(2)]));
+    const Files front = {{"vendor.camera.sensor.f.fuseID", "xxxx0004F00D"}};
+    const Files eeprom = {{kW, "xxxx0006ABC123"},
+                          {"vendor.camera.sensor.qz.dualcal.checksum", "c3"}};
+    const Args awbStore = {"-u", "-n", "1", "-f", "%R/a.bin"};
+    const std::string sfrParse = "pdoffsetSfrDataStr parse error: ";
+    // clang-format off
+    return {
+        // name, properties, files before, arguments, standard output, status, persist files after
+        // [, socket payloads [, standard error [, log texts]]]
+        {"Help", {}, {}, {"-h"}, kUsage, 0, {}},
+        {"UnknownLongOption", {}, {}, {"--lumix", "5"}, kUsage, 0, {}, {},
+            "%B: unrecognized option '--lumix'\n"},
+        {"MissingArgument", {}, {}, {"-n"}, kUsage, 0, {}, {},
+            "%B: option requires an argument -- 'n'\n"},
+        {"HelpAfterAStage", kAbc123, {}, {"-n", "0", "-D", "10", "-t", "30", "-h"}, kUsage, 0, {}},
+        {"UnknownOptionBeforeABadCamera", {}, {}, {"-x", "-n", "99", "-D", "10"}, kUsage, 0, {}, {},
+            "%B: invalid option -- 'x'\n"},
+        {"LongNamesAsTheScriptsSpellThem", {}, {}, {"--limux", "5", "--use", "1", "-p"}, "", 0, {}},
+        {"NoOptions", {}, {}, {}, "", 0, {}},
+        {"UnknownCameraEndsTheRunBeforeTheAfStore", kAbc123, {}, {"-n", "99", "-D", "10", "-t", "30"},
+            "Error:Invalid camera name\n", 255, {}},
+        {"UnknownUnderScreenCamera", {}, {}, {"-u", "-n", "w", "-f", "%R/x"},
+            "Error:Invalid camera name\n", 255, {}},
+
+        {"AeStore", kAb12, {}, kAeStore, kAeWrote, 0, {{kAe, kMaintain}, {kLog, kLogged}}},
+        {"AeStoreReplacesAndLogsAgain", kAb12, {{kAe, "old"}, {kLog, kLogged}},
+            {"-n", "0", "-l", "100", "-s", "200", "-e", "600/2"}, kAeWrote, 0,
+            {{kAe, kMaintain}, {kLog, kLogged + kLogged}}},
+        {"AeLowerCaseFuseIdIsAMismatch", {{kW, "xxxx0004ab12"}}, {}, kAeStore,
+            "Error:mismatch efuseId\n", 0, {}},
+        {"AeRoleNamedFuseIdLongerLength", {{"vendor.camera.sensor.rearMain.fuseID", "xxxx0010AB12"}},
+            {}, kAeStore, kAeWrote, 0, {{kAe, kMaintain}, {kLog, kLogged}}},
+        {"AeWithoutFuseId", {}, {}, kAeStore, kAeWrote, 0,
+            {{kAe, bytes({0x00, 0x02, 0x64, 0x00, 0x02, 0xC8, 0x00, 0x02, 0x2C, 0x01, 0x69, 0x86})},
+             {kLog, kLogged}}},
+        {"AeMalformedFuseIdAbortsBeforeWriting", {{kW, "xxxx12"}}, {}, kAeStore, "", -SIGABRT, {}, {},
+            "Error:fuse-ID length of vendor.camera.sensor.w.fuseID (value too short) is not a valid "
+            "number: \"xxxx12\"\n"},
+        {"AeWithoutSdcardEndsTheRun", kAb12, {{"%R/sdcard", kAbsent}}, kAeStore,
+            "Error:failed to open log file %R/sdcard/tmp\n"
+            "Error:failed to create emp file %R/sdcard/tmp!\n", 255, {}},
+        {"AeLinkAtTheTemporaryFileIsNotFollowed", kAb12,
+            {{"%R/victim", "must stay"}, {"%R/sdcard/tmp", kLinkTo + "%R/victim"}}, kAeStore,
+            kAeWrote, 0, {{kAe, kMaintain}, {kLog, kLogged}, {"%R/victim", "must stay"}}},
+        {"AeDump", {}, {{kAe, kMaintain}}, {"-i", "-s", "1", "-f", "%Pcom.nurvak.aecal.w.bin"},
+            "%Pcom.nurvak.aecal.w.bin:\nmaintain format:\n" + kAeLayout + "2 byte|\n" + kAeFields +
+            "crc   |\ncontents:\n02AB1202640002C800022C01D3A9\n", 0, {{kAe, kMaintain}}},
+        {"AeDumpOfTheFactoryForm", {}, {{"%R/f", kFactory}}, {"-i", "-s", "1", "-f", "%R/f"},
+            "%R/f:\nfactor format:\n" + kAeLayout + "\n" + kAeFields +
+            "\ncontents:\n02AB1202640002C800022C01\n", 0, {}, {}, "",
+            {"D/AeCalibrationData: factory source file\n"}},
+        {"AeDumpLogsAWrongCrc", {},
+            {{"%R/l", bytes({0x00, 0x02, 0x34, 0x12, 0x02, 0x00, 0x00, 0x02, 0x00, 0x00, 0xAA, 0xBB})}},
+            {"-i", "-s", "1", "-f", "%R/l"}, "%R/l:\nmaintain format:\n" + kAeLayout + "2 byte|\n" +
+            kAeFields + "crc   |\ncontents:\n00023412020000020000AABB\n", 0, {}, {}, "",
+            {"D/AeCalibrationData: data file size 12\n"
+             "E/AeCalibrationData: mismatch crc (0xAABB, 0x5F30)\n"
+             "D/AeCalibrationData: file_byte=12, luma=4660, gain=0, exposure=0, crc=0x5f30\n"
+             "D/AeCalibrationData: fuse byte=0, id=\n"}},
+        {"AeDumpOfAShortFile", {}, {{"%R/s", bytes({0x01, 0xAA, 0x02})}},
+            {"-i", "-s", "1", "-f", "%R/s"}, "Error:failed to parse file %R/s\n", 0, {}, {}, "",
+            {"E/AeCalibrationData: %R/s: fileSize(3) != (1 + 3 + 1 + 0 + 1 + 0 + 1 + 0)\n"}},
+        {"AeDumpOfAMissingFile", {}, {}, {"-i", "-s", "1", "-f", "%R/missing"},
+            "Error:failed to find file %R/missing!\n", 255, {}},
+        {"AeDumpWithoutIsoEndsTheRun", kAbc123, {}, {"-i", "-f", "%R/m", "-n", "0", "-D", "1", "-t", "1"},
+            "", 0, {}},
+
+        {"AwbLscStore", front, {{"%R/a.bin", awbLsc}}, awbStore,
+            "Successfully write file %Pcom.nurvak.awblsccal.f.bin\n", 0,
+            {{kAwb, awbLsc}, {kLog, "camera:f,awb,result:1\n"}}, {"awblsc"}},
+        {"AwbLscFuseIdDifferingInCase", {{"vendor.camera.sensor.f.fuseID", "xxxx0004f00d"}},
+            {{"%R/a.bin", awbLsc}}, awbStore, "Error:mismatch efuseId\n", 0, {}},
+        {"AwbLscRearCamera", front, {{"%R/a.bin", awbLsc}}, {"-u", "-n", "0", "-f", "%R/a.bin"},
+            "failed to find camera w's valid cameraRoldId\n", 0, {}},
+        {"AwbLscWrongChecksum", front, {{"%R/a.bin", badAwb}}, awbStore,
+            "AWB information checksum is " + awbSum + ", checksum in file is " + badSum +
+            ", file %R/a.bin is invalid!Error:Failed to parse file %R/a.bin\n", 0, {}},
+        {"AwbLscMissingFileEndsTheRunBeforeTheAfStore", kAbc123, {},
+            {"-u", "-n", "0", "-f", "%R/missing", "-D", "10", "-t", "30"},
+            "Error:Can not find calibration data file %R/missing!\n", 0, {}},
+        {"AwbLscDump", {}, {{"%R/z.bin", awbLscFile("")}}, {"-u", "-i", "-n", "1", "-f", "%R/z.bin"},
+            "%R/z.bin:\nmaintain format:\n"
+            "|1 byte |len byte|1 byte  |12 byte   |1 byte| |19 byte |1775 byte |1 byte      |\n"
+            "|fuselen|fuseId  |reserved|awb info |awb checksum |reserved|lsc info  |lsc checksum|\n"
+            "contents:\n" + hexOf(awbLscFile("")) + "\n", 0, {}},
+
+        {"AfStore", kAbc123, {}, kAfStore, kAfWrote, 0, {{kAf, kAfPoint}}, {"afcal"}},
+        {"AfCheck", {}, {{kAf, kAfPoint}}, {"-c", "ABC123", "-d", "50"}, "dac=300\n", 0,
+            {{kAf, kAfPoint}}},
+        {"AfCheckAtTheDefaultDistance", {}, {{kAf, kAfPoint}}, {"-c", "ABC123"}, "dac=-1\n", 0,
+            {{kAf, kAfPoint}}},
+        {"AfHandEditedFileIsWrittenBackClean", kAbc123,
+            {{kAf, "1 , 0 ,ABC, 10,300,25,123\n1,0,ABC,10,300,25\n1,20,DEF,50,310,25,70000"}},
+            kAfStore, kAfWrote, 0,
+            {{kAf, "1,0,ABC,10,300,25,123\n1,20,DEF,50,310,25,4464\n" + kAfPoint}}, {"afcal"}, "",
+            {"E/AfCalibrationData: Not expected file format, colum number: 6\n",
+             "I/AfCalibrationData: exist calibration info: 1, 20, DEF, 50, 310, 25, 4464\n",
+             "I/AfCalibrationData: write record: 0,0,ABC123,50,300,30,30010\n"}},
+        {"AfPointUpdatedInPlaceTheFirstOfDuplicates", kAbc123,
+            {{kAf, "1,0,ABC123,10,300,25,1\n1,0,ABC123,50,280,25,2\n1,0,ABC123,50,999,25,3\n"}},
+            kAfStore, kAfWrote, 0,
+            {{kAf, "1,0,ABC123,10,300,25,1\n" + kAfPoint + "1,0,ABC123,50,999,25,3\n"}}, {"afcal"}},
+        {"AfRefusedPointKeepsTheFile",
+            {{kW, "xxxx0006ABC123"}, {"persist.vendor.camera.sensor.w.afInfo", "10:300,50:420"}},
+            {{kAf, "1,0,ABC123,10,300,25,1\n"}},
+            {"-n", "0", "-d", "50", "-D", "600", "-t", "30", "-F", "1"},
+            "Error:abs(writingDac - eepromDac) is over 120\n"
+            "Error:failed to write %Pcom.nurvak.afc.bin\n", 0,
+            {{kAf, "1,0,ABC123,10,300,25,1\n"}}, {}, "",
+            {"I/AfCalibrationData: dis 10 : dac 300\nI/AfCalibrationData: dis 50 : dac 420\n"}},
+        {"AfStoreWithoutCameraAborts", {}, {}, {"-D", "300", "-t", "30"}, "", -SIGABRT, {}, {},
+            "Error:camera id is not a valid number: \"\"\n"},
+        {"AfCheckOfANonNumericDacAborts", {}, {{kAf, "1,0,ABC123,50,x300,25,1\n"}},
+            {"-c", "ABC123", "-d", "50"}, "", -SIGABRT, {{kAf, "1,0,ABC123,50,x300,25,1\n"}}, {},
+            "Error:stored DAC of ABC123 at distance 50 is not a valid number: \"x300\"\n"},
+        {"AfStoreWithAMalformedFuseIdAborts", {{kW, "xxxxABCDABC123"}},
+            {{kAf, "1,0,ABC123,10,300,25,1\n"}}, kAfStore, "", -SIGABRT,
+            {{kAf, "1,0,ABC123,10,300,25,1\n"}}, {},
+            "Error:fuse-ID length of vendor.camera.sensor.w.fuseID is not a valid number: \"ABCD\"\n"},
+
+        {"PdOffsetWrite", kAbc123, {}, {"-n", "0", "-o", "1.5,-2", "-L", "2", "-F", "1"}, kPdWrote,
+            0, {{kPd, kPdRecord}}, {"pdoffset"}},
+        {"PdOffsetSfrDataAndReadBack", kAbc123, {{kPd, kPdRecord}}, {"-n", "0", "-S", kSfr},
+            kReadBack, 0, {{kPd, kPdWithSfr}}},
+        {"PdOffsetNewValuesKeepTheSfrData", kAbc123, {{kPd, "1,0,ABC123,2,9,9,1,2,3,4,5,6,7,8,1\n"}},
+            {"-n", "0", "-o", "1.5 , -2", "-L", "2", "-F", "5", "-S", kSfr}, kPdWrote + kReadBack, 0,
+            {{kPd, kPdWithSfr}}, {"pdoffset"}},
+        {"PdOffsetCountWithALeadingZero", kAbc123, {}, {"-n", "0", "-o", "0.1, 0.2 ,0.3", "-L", "03"},
+            kPdWrote, 0, {{kPd, "0,0,ABC123,3,0.1,0.2,0.3,8413\n"}}, {"pdoffset"}},
+        {"PdOffsetTooFewValues", kAbc123, {}, {"-n", "0", "-o", "0.1,0.2,0.3", "-L", "4"},
+            kPdMismatch, 0, {}},
+        {"PdOffsetTooManyValues", kAbc123, {{kPd, kPdRecord}},
+            {"-n", "0", "-o", "0.1,0.2,0.3", "-L", "2"}, kPdMismatch, 0, {{kPd, kPdRecord}}},
+        {"PdOffsetWithoutCount", kAbc123, {}, {"-n", "0", "-o", "0.1,0.2,0.3"}, kPdMismatch, 0, {}},
+        {"PdOffsetEmpty", kAbc123, {}, {"-n", "0", "-o", "", "-L", "0"}, kPdMismatch, 0, {}},
+        {"SfrDataWithoutARecord", kAbc123, {}, {"-n", "0", "-S", kSfr}, kSfrFailed, 0, {}},
+        {"SfrDataSevenValues", kAbc123, {{kPd, kPdRecord}}, {"-n", "0", "-S", "1,2,3,4,5,6,7"},
+            sfrParse + "1,2,3,4,5,6,7\n" + kSfrFailed, 0, {{kPd, kPdRecord}}},
+        {"SfrDataNineValues", kAbc123, {{kPd, kPdRecord}}, {"-n", "0", "-S", "1,2,3,4,5,6,7,8,9"},
+            sfrParse + "1,2,3,4,5,6,7,8,9\n" + kSfrFailed, 0, {{kPd, kPdRecord}}},
+        {"SfrDataLastCommaIsAnEmptyNinth", kAbc123, {{kPd, kPdRecord}},
+            {"-n", "0", "-S", "1,2,3,4,5,6,7,8,"}, sfrParse + "1,2,3,4,5,6,7,8,\n" + kSfrFailed, 0,
+            {{kPd, kPdRecord}}},
+        {"SfrDataEmpty", kAbc123, {{kPd, kPdRecord}}, {"-n", "0", "-S", ""},
+            sfrParse + "\n" + kSfrFailed, 0, {{kPd, kPdRecord}}},
+        {"PdOffsetLoadingKeepsWellFormedLines", kAbc123,
+            {{kPd, "1,0,F1,2,0.5\n 1 , 0 ,F1, 2,0.5 ,0.7, 1234\n1,0,F1,2,0.5,0.7,1,2\n"
+                   "1,20,F2,2,0.5,0.7,1,2,3,4,5,6,7,8,70000\n1,21,F1,1,9,5"}},
+            {"-n", "21", "-S", "a,b,c,d,e,f,g,h"}, "can't find camera[21] fuseid\n" + kReadBackEmpty, 0,
+            {{kPd, " 1,0,F1,2,0.5,0.7,1234\n1,20,F2,2,0.5,0.7,1,2,3,4,5,6,7,8,4464\n"
+                   "1,21,F1,1,9,a,b,c,d,e,f,g,h,31135\n"}}, {}, "",
+            {"E/AfCalibrationData: Not expected file format, colum number: 8\n",
+             "I/AfCalibrationData: exist pdaf offset info : 1,20,F2,2,0.5,0.7,1,2,3,4,5,6,7,8,70000\n"}},
+        {"PdOffsetReadBackRefusesAnAlteredCrc", kAbc123,
+            {{kPd, "1,0,OLD,1,1,20085\n1,20,ABC123,2,1.5,-2,999\n"}}, {"-n", "0", "-S", kSfr},
+            kReadBackEmpty, 0, {{kPd, "1,0,OLD,1,1,1,2,3,4,5,6,7,8,30269\n1,20,ABC123,2,1.5,-2,999\n"}},
+            {}, "", {"E/AfCalibrationData: pdOffsetCalData crc check error 34179,999\n"}},
+        {"SfrDataRepairsAnAlteredCrc", kAbc123, {{kPd, "1,0,ABC123,2,1.5,-2,999\n"}},
+            {"-n", "0", "-S", kSfr}, kReadBack, 0, {{kPd, kPdWithSfr}}},
+        {"SfrDataOnAMovedModulesRecordReadsBackEmpty", kAbc123, {{kPd, "1,0,OLD,2,1.5,-2,1\n"}},
+            {"-n", "0", "-S", kSfr}, kReadBackEmpty, 0,
+            {{kPd, "1,0,OLD,2,1.5,-2,1,2,3,4,5,6,7,8,11924\n"}}, {}, "",
+            {"E/AfCalibrationData: fuseId check error ABC123\n"}},
+        {"PdOffsetNonNumericLengthAborts", kAbc123, {{kPd, "1,0,ABC123,x,1.5,-2,1\n"}},
+            {"-n", "0", "-o", "1", "-L", "1"}, "", -SIGABRT, {{kPd, "1,0,ABC123,x,1.5,-2,1\n"}}, {},
+            "Error:PD-offset length of fuse ID ABC123 is not a valid number: \"x\"\n"},
+
+        {"EepromExport", eeprom, {{"%R/abc123.bin", blob(0xC3)}}, {"-E", "%R/abc123.bin"},
+            "Successfully write eeprombin\n", 0, {{"abc123.bin", blob(0xC3)}}},
+        {"EepromWrongChecksumKeepsAnOlderCopy", eeprom,
+            {{"%R/abc123.bin", blob(0xC4)}, {"abc123.bin", "older copy"}}, {"-E", "%R/abc123.bin"},
+            "Failed to write eeprombin\n", 0, {{"abc123.bin", "older copy"}}},
+        {"EepromMissingInput", eeprom, {}, {"-E", "%R/missing/abc123.bin"},
+            "Failed to write eeprombin\n", 0, {}},
+        {"EepromOfAnotherModule", eeprom, {{"%R/abd123.bin", blob(0xC3)}}, {"-E", "%R/abd123.bin"},
+            "Failed to write eeprombin\n", 0, {}},
+        {"EepromExportAndAfStoreInOneRun", eeprom, {{"%R/abc123.bin", blob(0xC3)}},
+            {"-E", "%R/abc123.bin", "-n", "0", "-d", "50", "-D", "300", "-t", "30"},
+            "Successfully write eeprombin\n" + kAfWrote, 0,
+            {{"abc123.bin", blob(0xC3)}, {kAf, kAfPoint}}, {"afcal"}},
+    };
+    // clang-format on
+}
+
+void PrintTo(const Case& c, std::ostream* out) {
+    *out << c.name;
+}
+
+class Runs : public testing::TestWithParam<Case> {
+  protected:
+    std::string expand(std::string text) const {
+        for (const auto& [token, value] :
+             {std::pair<std::string, std::string>{"%P", device.persistFile("")},
+              {"%R", device.root()},
+              {"%B", OPTOQUILL_BINARY}}) {
+            for (size_t at; (at = text.find(token)) != std::string::npos;) {
+                text.replace(at, token.size(), value);
+            }
+        }
+        return text;
+    }
+
+    std::string pathOf(const std::string& name) const {
+        return expand(name.rfind("%R", 0) == 0 ? name : "%P" + name);
+    }
+
+    void plant(const std::string& name, const std::string& content) const {
+        const std::string path = pathOf(name);
+        if (content == kDirectory) {
+            mkdir(path.c_str(), 0755);
+        } else if (content == kAbsent) {
+            rmdir(path.c_str());
+        } else if (content.rfind(kLinkTo, 0) == 0) {
+            symlink(expand(content.substr(kLinkTo.size())).c_str(), path.c_str());
+        } else {
+            writeFile(path, content);
+        }
+    }
+
+    DeviceFolder device;
+};
+
+TEST_P(Runs, GiveExactlyTheirOutputsAndFiles) {
+    const Case& c = GetParam();
+    for (const auto& [name, value] : c.properties) device.setProperty(name, value);
+    for (const auto& [name, content] : c.before) plant(name, content);
+    SocketListener service(device.socketPrefix() + "com.nurvak.loadCalibrationFiles");
+    SocketListener awbLscService(device.socketPrefix() + "com.nurvak.AWB.LSC.loadCalibrationFiles");
+    Args args;
+    for (const std::string& arg : c.args) args.push_back(expand(arg));
+
+    const RunResult result = device.run(args);
+
+    EXPECT_EQ(result.out, expand(c.out));
+    EXPECT_EQ(result.err, expand(c.err));
+    EXPECT_EQ(result.signal != 0 ? -result.signal : result.status, c.status);
+    Args entries;
+    for (const auto& [name, content] : c.after) {
+        EXPECT_EQ(readFile(pathOf(name)), content) << name;
+        if (name.rfind("%R", 0) == 0) continue;
+        entries.push_back(name);
+        // Every file the run wrote is the camera service's to read.
+        auto before = c.before.find(name);
+        if (before != c.before.end() && before->second == content) continue;
+        struct stat info;
+        ASSERT_EQ(stat(pathOf(name).c_str(), &info), 0) << name;
+        EXPECT_EQ(info.st_mode & 07777, 0644u) << name;
+        if (geteuid() == 0) {
+            EXPECT_EQ(info.st_uid * 10000 + info.st_gid, 10001000u) << name;
+        }
+    }
+    EXPECT_EQ(device.persistEntries(), entries);
+    if (c.before.count("%R/sdcard/tmp") == 0) {
+        EXPECT_FALSE(fileExists(device.path("sdcard/tmp")));
+    }
+    Args sent = service.received();
+    for (const std::string& payload : awbLscService.received()) sent.push_back(payload);
+    EXPECT_EQ(sent, c.sent);
+    const std::string log = device.log();
+    for (const std::string& text : c.logged) {
+        EXPECT_NE(log.find(expand(text)), std::string::npos) << text << "\nnot in\n" << log;
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(Tool, Runs, testing::ValuesIn(cases()),
+                         [](const testing::TestParamInfo<Case>& info) { return info.param.name; });
+
+TEST(FrontEnd, UnreadablePropertiesFileStopsBeforeAnyStage) {
+    DeviceFolder device;
+    RunOptions options;
+    options.propertiesFile = device.path("no-such-properties");
+    RunResult result = device.run({"-n", "0", "-D", "10", "-t", "30"}, options);
+    EXPECT_EQ(result.status, 2);
+    EXPECT_EQ(result.out, "");
+    EXPECT_EQ(result.err, "optoquill: cannot read properties file " +
+                              device.path("no-such-properties") + ": No such file or directory\n");
+    EXPECT_EQ(device.persistEntries(), Args{});
+
+    // A line of neither form is only worth a warning.
+    writeFile(options.propertiesFile, "vendor.a=1\nvendor.b: 2\n");
+    result = device.run({}, options);
+    EXPECT_EQ(result.status, 0);
+    EXPECT_EQ(result.err, "optoquill: properties file " + options.propertiesFile +
+                              ", line 2 is neither name=value nor [name]: [value], skipped\n");
+}
+
+}  // namespace
