@@ -87,6 +87,16 @@ bool readText(const std::string& file, std::string* text) {
     return true;
 }
 
+// Adds a file's bytes to the text of the loaded records (read straight into it the first time);
+// false when it cannot be read. Records address the text with 32-bit offsets, so past 4 GiB the
+// file reads as unreadable.
+bool appendText(const std::string& file, std::string* text) {
+    std::string read;
+    if (!readText(file, text->empty() ? text : &read)) return false;
+    text->append(read);
+    return text->size() <= UINT32_MAX;
+}
+
 // Calls `each` with every line of `text` as getline gives them, a last line without "\n"
 // included.
 template <typename Each>
@@ -123,23 +133,56 @@ std::string readWithBackups(const std::map<int, std::string>& properties, int ca
     return "";
 }
 
-// The number of PD-offset values a record holds: its length text as a number, within the list.
-size_t valueCount(const AfCalibrationData::pdOffsetCalData& record) {
-    const int count = leadingDecimalOrAbort(record.pdOffsetLength,
-                                            "PD-offset length of fuse ID " + record.fuseId);
-    return std::min(static_cast<size_t>(std::max(count, 0)), record.pdOffset.size());
+// The texts of a record as stored, each followed by ",".
+std::vector<std::string_view> textsOf(std::string_view stored) {
+    std::vector<std::string_view> texts;
+    size_t start = 0;
+    for (size_t comma; (comma = stored.find(',', start)) != std::string_view::npos;
+         start = comma + 1) {
+        texts.push_back(stored.substr(start, comma - start));
+    }
+    return texts;
 }
 
-std::vector<std::string_view> afTexts(const AfCalibrationData::afCalData& record) {
-    return {record.useFlag, record.camera, record.fuseId, record.dist, record.dac, record.temp};
+// The first `count` fields of a decoded line as they will be written: the line itself when its
+// fields are separated by bare commas, so that a file this store wrote is taken without a copy;
+// otherwise the fields joined again, added to `added`. Gives the record's place.
+template <typename Record>
+void storeFields(const DecodedLine& line, size_t count, std::string_view loaded, std::string* added,
+                 Record* record) {
+    const char* begin = line.fields.front().data();
+    size_t joined = 0;
+    for (size_t i = 0; i < count; ++i) joined += line.fields[i].size() + 1;
+    if (static_cast<size_t>(line.fields[count].data() - begin) == joined) {
+        record->start = static_cast<uint32_t>(begin - loaded.data());
+        record->size = static_cast<uint32_t>(joined);
+        return;
+    }
+    record->added = true;
+    record->start = static_cast<uint32_t>(added->size());
+    record->size = static_cast<uint32_t>(joined);
+    for (size_t i = 0; i < count; ++i) {
+        added->append(line.fields[i]);
+        added->push_back(',');
+    }
 }
 
-std::vector<std::string_view> pdOffsetHead(const AfCalibrationData::pdOffsetCalData& record) {
-    return {record.useFlag, record.camera, record.fuseId, record.pdOffsetLength};
+// Stores a record's new texts in `added`, each followed by ",". They may lie in `added` already.
+template <typename Record>
+void storeTexts(const std::vector<std::string_view>& texts, std::string* added, Record* record) {
+    std::string joined;
+    for (std::string_view text : texts) joined.append(text).push_back(',');
+    record->added = true;
+    record->start = static_cast<uint32_t>(added->size());
+    record->size = static_cast<uint32_t>(joined.size());
+    added->append(joined);
 }
 
-std::vector<std::string_view> viewsOf(const std::vector<std::string>& texts, size_t count) {
-    return std::vector<std::string_view>(texts.begin(), texts.begin() + count);
+// The number of lines of a text, to size the record lists once.
+size_t lineCount(std::string_view text) {
+    size_t count = 0;
+    for (char c : text) count += c == '\n';
+    return count + 1;
 }
 
 // A value as atof reads it, as a float; out of a float's range it is an infinity.
@@ -172,10 +215,14 @@ bool rewriteFile(const std::string& file, Build build) {
     return true;
 }
 
-// Logs the line that `content` gained from `from` on.
-void logWritten(const std::string& content, size_t from) {
+// Appends a record's line: its stored texts, its CRC and "\n"; then logs it.
+void appendLine(std::string* content, std::string_view texts, uint16_t crc) {
+    const size_t from = content->size();
+    content->append(texts);
+    content->append(std::to_string(crc));
+    content->push_back('\n');
     __android_log_print(ANDROID_LOG_INFO, kTag, "write record: %.*s",
-                        static_cast<int>(content.size() - from), content.data() + from);
+                        static_cast<int>(content->size() - from), content->data() + from);
 }
 
 int dacTolerance(int largestDac) {
@@ -194,12 +241,14 @@ bool AfCalibrationData::init() {
 }
 
 bool AfCalibrationData::parse() {
-    std::string text;
-    if (!readText(path, &text)) {
+    const size_t from = loadedText.size();
+    if (!appendText(path, &loadedText)) {
         __android_log_print(ANDROID_LOG_INFO, kTag, "Filed not Exist %s", path.c_str());
         return true;
     }
-    forEachLine(text, [this](std::string_view line) {
+    afCalDataList.reserve(afCalDataList.size() +
+                          lineCount(std::string_view(loadedText).substr(from)));
+    forEachLine(std::string_view(loadedText).substr(from), [this](std::string_view line) {
         const DecodedLine decoded = decodeAfLine(line);
         if (decoded.status != LineStatus::ok) {
             __android_log_print(ANDROID_LOG_ERROR, kTag,
@@ -208,14 +257,16 @@ bool AfCalibrationData::parse() {
         }
         const std::vector<std::string_view>& f = decoded.fields;
         // The stored CRC is kept as it is: only write() re-sums a record it changes.
-        afCalData record{std::string(f[0]), std::string(f[1]), std::string(f[2]), std::string(f[3]),
-                         std::string(f[4]), std::string(f[5]), decoded.storedCrc};
+        afCalData record;
+        record.crc = decoded.storedCrc;
+        storeFields(decoded, 6, loadedText, &addedText, &record);
+        const auto s = [](std::string_view text) { return static_cast<int>(text.size()); };
         __android_log_print(ANDROID_LOG_INFO, kTag,
-                            "exist calibration info: %s, %s, %s, %s, %s, %s, %s\n",
-                            record.useFlag.c_str(), record.camera.c_str(), record.fuseId.c_str(),
-                            record.dist.c_str(), record.dac.c_str(), record.temp.c_str(),
-                            std::to_string(record.crc).c_str());
-        afCalDataList.push_back(std::move(record));
+                            "exist calibration info: %.*s, %.*s, %.*s, %.*s, %.*s, %.*s, %u\n",
+                            s(f[0]), f[0].data(), s(f[1]), f[1].data(), s(f[2]), f[2].data(),
+                            s(f[3]), f[3].data(), s(f[4]), f[4].data(), s(f[5]), f[5].data(),
+                            static_cast<unsigned>(record.crc));
+        afCalDataList.push_back(record);
     });
     return true;
 }
@@ -233,7 +284,8 @@ std::string AfCalibrationData::getFuseId(std::string camera) {
 
 int AfCalibrationData::find(std::string fuseId, std::string dist) {
     for (size_t i = 0; i < afCalDataList.size(); ++i) {
-        if (afCalDataList[i].fuseId == fuseId && afCalDataList[i].dist == dist) {
+        const std::vector<std::string_view> texts = afTexts(afCalDataList[i]);
+        if (texts.size() > 3 && texts[2] == fuseId && texts[3] == dist) {
             return static_cast<int>(i);
         }
     }
@@ -245,22 +297,18 @@ int AfCalibrationData::check(const afCalData* record) {
 }
 
 int AfCalibrationData::getDac(std::string& fuseId, int dist) {
-    const std::string distText = std::to_string(dist);
-    for (const afCalData& record : afCalDataList) {
-        if (record.fuseId == fuseId && record.dist == distText) {
-            return leadingDecimalOrAbort(record.dac,
-                                         "stored DAC of " + fuseId + " at distance " + distText);
-        }
-    }
-    return -1;
+    const int index = find(fuseId, std::to_string(dist));
+    if (index < 0) return -1;
+    const std::string dac(afTexts(afCalDataList[index])[4]);
+    return leadingDecimalOrAbort(
+        dac, "stored DAC of " + fuseId + " at distance " + std::to_string(dist));
 }
 
 bool AfCalibrationData::flush() {
     return rewriteFile(path, [this](std::string* content) {
+        content->reserve(loadedText.size() + addedText.size() + 6 * afCalDataList.size());
         for (const afCalData& record : afCalDataList) {
-            const size_t from = content->size();
-            appendAfLine(content, afTexts(record), record.crc);
-            logWritten(*content, from);
+            appendLine(content, stored(record), record.crc);
         }
     });
 }
@@ -283,18 +331,21 @@ bool AfCalibrationData::write(const std::string& camera, int dist, int dac, int 
 
     const std::string distText = std::to_string(dist);
     const int index = find(fuseId, distText);
+    // A point is the sensor's at a distance: an existing one keeps its fuse ID and distance texts.
+    const std::string useFlagText = useFlag != 0 ? "1" : "0";
+    const std::string dacText = std::to_string(dac);
+    const std::string tempText = std::to_string(temp);
+    std::vector<std::string_view> texts = {useFlagText, camera,  fuseId,
+                                           distText,    dacText, tempText};
     afCalData record;
     if (index >= 0) {
-        record = afCalDataList[index];
-    } else {
-        record.fuseId = fuseId;
-        record.dist = distText;
+        const std::vector<std::string_view> old = afTexts(afCalDataList[index]);
+        texts[2] = old[2];
+        texts[3] = old[3];
     }
-    record.useFlag = useFlag != 0 ? "1" : "0";
-    record.camera = camera;
-    record.dac = std::to_string(dac);
-    record.temp = std::to_string(temp);
-    record.crc = static_cast<uint16_t>(check(&record));
+    // Summed from the texts themselves, whatever they hold.
+    record.crc = afRecordCrc(texts);
+    storeTexts(texts, &addedText, &record);
     if (index >= 0) {
         afCalDataList[index] = record;
     } else {
@@ -363,12 +414,14 @@ void AfCalibrationData::pdOffsetInit() {
 }
 
 void AfCalibrationData::pdOffsetParse() {
-    std::string text;
-    if (!readText(pdOffsetPath, &text)) {
+    const size_t from = loadedText.size();
+    if (!appendText(pdOffsetPath, &loadedText)) {
         __android_log_print(ANDROID_LOG_INFO, kTag, "Filed not Exist %s", pdOffsetPath.c_str());
         return;
     }
-    forEachLine(text, [this](std::string_view line) {
+    pdOffsetCalDataList.reserve(pdOffsetCalDataList.size() +
+                                lineCount(std::string_view(loadedText).substr(from)));
+    forEachLine(std::string_view(loadedText).substr(from), [this](std::string_view line) {
         const DecodedLine decoded = decodePdOffsetLine(line);
         const std::vector<std::string_view>& fields = decoded.fields;
         if (decoded.status == LineStatus::lengthNotANumber) {
@@ -384,53 +437,44 @@ void AfCalibrationData::pdOffsetParse() {
             return;
         }
         pdOffsetCalData record;
-        record.useFlag = fields[0];
-        record.camera = fields[1];
-        record.fuseId = fields[2];
-        record.pdOffsetLength = fields[3];
-        auto values = fields.begin() + 4;
-        record.pdOffset.assign(values, values + decoded.valueCount);
-        if (decoded.hasSfrData) {
-            record.pdOffsetSfrData.assign(values + decoded.valueCount,
-                                          values + decoded.valueCount + 8);
-        }
+        record.valueCount = static_cast<uint32_t>(decoded.valueCount);
         // The stored CRC is kept as it is: only the read-back checks it.
         record.crc = decoded.storedCrc;
+        storeFields(decoded, fields.size() - 1, loadedText, &addedText, &record);
         __android_log_print(ANDROID_LOG_INFO, kTag, "exist pdaf offset info : %.*s",
                             static_cast<int>(line.size()), line.data());
-        pdOffsetCalDataList.push_back(std::move(record));
+        pdOffsetCalDataList.push_back(record);
     });
 }
 
 int AfCalibrationData::pdOffsetFind(std::string fuseId) {
     for (size_t i = 0; i < pdOffsetCalDataList.size(); ++i) {
-        if (pdOffsetCalDataList[i].fuseId == fuseId) return static_cast<int>(i);
+        const std::vector<std::string_view> texts = pdOffsetTexts(pdOffsetCalDataList[i]);
+        if (texts.size() > 2 && texts[2] == fuseId) return static_cast<int>(i);
     }
     return -1;
 }
 
 int AfCalibrationData::pdOffsetCheck(const pdOffsetCalData* record) {
     if (record == nullptr) return 0;
-    return pdOffsetRecordCrc(pdOffsetHead(*record), viewsOf(record->pdOffset, valueCount(*record)),
-                             viewsOf(record->pdOffsetSfrData, record->pdOffsetSfrData.size()));
+    const std::vector<std::string_view> texts = pdOffsetTexts(*record);
+    const auto values = texts.begin() + 4;
+    const auto sfrData = values + record->valueCount;
+    return pdOffsetRecordCrc({texts.begin(), values}, {values, sfrData}, {sfrData, texts.end()});
 }
 
 bool AfCalibrationData::pdOffsetFlush() {
     return rewriteFile(pdOffsetPath, [this](std::string* content) {
+        content->reserve(loadedText.size() + addedText.size() + 6 * pdOffsetCalDataList.size());
         for (const pdOffsetCalData& record : pdOffsetCalDataList) {
-            const size_t from = content->size();
-            appendPdOffsetLine(
-                content, pdOffsetHead(record), viewsOf(record.pdOffset, valueCount(record)),
-                viewsOf(record.pdOffsetSfrData, record.pdOffsetSfrData.size()), record.crc);
-            logWritten(*content, from);
+            appendLine(content, stored(record), record.crc);
         }
     });
 }
 
 bool AfCalibrationData::pdOffsetWrite(const std::string& camera, int pdOffsetLength,
                                       std::string pdOffset, int useFlag) {
-    const std::vector<std::string_view> pieces = splitFields(pdOffset);
-    std::vector<std::string> values(pieces.begin(), pieces.end());
+    const std::vector<std::string_view> values = splitFields(pdOffset);
     if (static_cast<long long>(values.size()) != pdOffsetLength) {
         // No newline: the stage's failure line completes it.
         fprintf(stdout, "input parse is error, pdoffset length and pdoffset data is mismatch");
@@ -439,19 +483,25 @@ bool AfCalibrationData::pdOffsetWrite(const std::string& camera, int pdOffsetLen
     const std::string fuseId = getFuseId(camera);
     if (fuseId == "0") return false;
 
-    // Records are the module's: a replaced module gets a record of its own.
+    // Records are the module's: a replaced module gets a record of its own, and a module's
+    // record keeps the SFR data written earlier.
     const int index = pdOffsetFind(fuseId);
-    pdOffsetCalData record;
+    const std::string useFlagText = useFlag != 0 ? "1" : "0";
+    const std::string lengthText = std::to_string(pdOffsetLength);
+    const std::vector<std::string_view> head = {useFlagText, camera, fuseId, lengthText};
+    std::vector<std::string_view> sfrData;
     if (index >= 0) {
-        record = pdOffsetCalDataList[index];  // keeps the SFR data written earlier
-    } else {
-        record.fuseId = fuseId;
+        const pdOffsetCalData& old = pdOffsetCalDataList[index];
+        const std::vector<std::string_view> texts = pdOffsetTexts(old);
+        sfrData.assign(texts.begin() + 4 + old.valueCount, texts.end());
     }
-    record.useFlag = useFlag != 0 ? "1" : "0";
-    record.camera = camera;
-    record.pdOffsetLength = std::to_string(pdOffsetLength);
-    record.pdOffset = std::move(values);
-    record.crc = static_cast<uint16_t>(pdOffsetCheck(&record));
+    pdOffsetCalData record;
+    record.valueCount = static_cast<uint32_t>(values.size());
+    record.crc = pdOffsetRecordCrc(head, values, sfrData);
+    std::vector<std::string_view> texts = head;
+    texts.insert(texts.end(), values.begin(), values.end());
+    texts.insert(texts.end(), sfrData.begin(), sfrData.end());
+    storeTexts(texts, &addedText, &record);
     if (index >= 0) {
         pdOffsetCalDataList[index] = record;
     } else {
@@ -469,9 +519,15 @@ bool AfCalibrationData::pdOffsetSfrDataWrite(const std::string& camera, const st
         return false;
     }
     for (pdOffsetCalData& record : pdOffsetCalDataList) {
-        if (record.camera != camera) continue;
-        record.pdOffsetSfrData = values;
-        record.crc = static_cast<uint16_t>(pdOffsetCheck(&record));
+        std::vector<std::string_view> texts = pdOffsetTexts(record);
+        if (texts.size() < 2 || texts[1] != camera) continue;
+        // An earlier set is dropped.
+        texts.resize(4 + record.valueCount);
+        texts.insert(texts.end(), values.begin(), values.end());
+        const auto head = texts.begin() + 4;
+        const auto sfr = head + record.valueCount;
+        record.crc = pdOffsetRecordCrc({texts.begin(), head}, {head, sfr}, {sfr, texts.end()});
+        storeTexts(texts, &addedText, &record);
         return true;
     }
     return false;
@@ -492,7 +548,21 @@ int AfCalibrationData::getPdoffset(int camera, std::vector<float>& pdOffset,
                             computed, static_cast<int>(record.crc));
         return -1;
     }
-    for (const std::string& value : record.pdOffset) pdOffset.push_back(toFloat(value));
-    for (const std::string& value : record.pdOffsetSfrData) sfrData.push_back(toFloat(value));
+    const std::vector<std::string_view> texts = pdOffsetTexts(record);
+    const auto sfr = texts.begin() + 4 + record.valueCount;
+    for (auto value = texts.begin() + 4; value != sfr; ++value) {
+        pdOffset.push_back(toFloat(std::string(*value)));
+    }
+    for (auto value = sfr; value != texts.end(); ++value) {
+        sfrData.push_back(toFloat(std::string(*value)));
+    }
     return static_cast<int>(pdOffset.size());
+}
+
+std::vector<std::string_view> AfCalibrationData::afTexts(const afCalData& record) const {
+    return textsOf(stored(record));
+}
+
+std::vector<std::string_view> AfCalibrationData::pdOffsetTexts(const pdOffsetCalData& record) const {
+    return textsOf(stored(record));
 }

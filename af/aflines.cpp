@@ -136,8 +136,8 @@ DecodedLine decodeAfLine(std::string_view line) {
         return decoded;
     }
     decoded.storedCrc = storedCrcOf(decoded.fields[6]);
-    decoded.computedCrc =
-        afRecordCrc(std::vector<std::string_view>(decoded.fields.begin(), decoded.fields.end() - 1));
+    for (size_t i = 0; i < 6; ++i)
+        decoded.computedCrc = crcAdd(decoded.computedCrc, decoded.fields[i]);
     return decoded;
 }
 
@@ -164,12 +164,11 @@ DecodedLine decodePdOffsetLine(std::string_view line) {
     decoded.valueCount = *n;
     decoded.hasSfrData = count == *n + 13LL;
     decoded.storedCrc = storedCrcOf(fields.back());
-    auto values = fields.begin() + 4;
-    auto sfrEnd = fields.end() - 1;
-    decoded.computedCrc = pdOffsetRecordCrc(
-        std::vector<std::string_view>(fields.begin(), values),
-        std::vector<std::string_view>(values, values + *n),
-        std::vector<std::string_view>(values + *n, decoded.hasSfrData ? sfrEnd : values + *n));
+    // As pdOffsetRecordCrc sums them, without copying the fields out.
+    uint16_t crc = 0;
+    for (long long i = 0; i < 4 + *n; ++i) crc = crcAdd(crc, fields[i]);
+    for (long long i = 4 + *n; i < count - 1; ++i) crc = crcAdd(crcAdd(crc, fields[i]), ",");
+    decoded.computedCrc = crc;
     return decoded;
 }
 
