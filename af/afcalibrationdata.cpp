@@ -180,9 +180,7 @@ void storeTexts(const std::vector<std::string_view>& texts, std::string* added, 
 
 // The number of lines of a text, to size the record lists once.
 size_t lineCount(std::string_view text) {
-    size_t count = 0;
-    for (char c : text) count += c == '\n';
-    return count + 1;
+    return static_cast<size_t>(std::count(text.begin(), text.end(), '\n')) + 1;
 }
 
 // A value as atof reads it, as a float; out of a float's range it is an infinity.
@@ -248,8 +246,9 @@ bool AfCalibrationData::parse() {
     }
     afCalDataList.reserve(afCalDataList.size() +
                           lineCount(std::string_view(loadedText).substr(from)));
-    forEachLine(std::string_view(loadedText).substr(from), [this](std::string_view line) {
-        const DecodedLine decoded = decodeAfLine(line);
+    DecodedLine decoded;
+    forEachLine(std::string_view(loadedText).substr(from), [&](std::string_view line) {
+        decodeAfLine(line, &decoded, false);
         if (decoded.status != LineStatus::ok) {
             __android_log_print(ANDROID_LOG_ERROR, kTag,
                                 "Not expected file format, colum number: %d", decoded.columnCount);
@@ -421,8 +420,9 @@ void AfCalibrationData::pdOffsetParse() {
     }
     pdOffsetCalDataList.reserve(pdOffsetCalDataList.size() +
                                 lineCount(std::string_view(loadedText).substr(from)));
-    forEachLine(std::string_view(loadedText).substr(from), [this](std::string_view line) {
-        const DecodedLine decoded = decodePdOffsetLine(line);
+    DecodedLine decoded;
+    forEachLine(std::string_view(loadedText).substr(from), [&](std::string_view line) {
+        decodePdOffsetLine(line, &decoded, false);
         const std::vector<std::string_view>& fields = decoded.fields;
         if (decoded.status == LineStatus::lengthNotANumber) {
             abortOnBadNumber("PD-offset length of fuse ID " + std::string(fields[2]),

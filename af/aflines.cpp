@@ -59,12 +59,10 @@ uint16_t storedCrcOf(std::string_view text) {
     unsigned long long magnitude = 0;
     bool beyond = false;
     for (; i < text.size() && isDigit(text[i]); ++i) {
-        const unsigned digit = static_cast<unsigned>(text[i] - '0');
-        if (beyond || magnitude > (limit - digit) / 10) {
-            beyond = true;
-        } else {
-            magnitude = magnitude * 10 + digit;
-        }
+        // Past `limit` the value only saturates; up to a tenth of it, ten times it still fits.
+        beyond = beyond || magnitude > limit / 10;
+        if (!beyond) magnitude = magnitude * 10 + static_cast<unsigned>(text[i] - '0');
+        beyond = beyond || magnitude > limit;
     }
     if (negative) return beyond ? 0 : static_cast<uint16_t>(0ULL - magnitude);
     return (beyond || magnitude == limit) ? 0xFFFF : static_cast<uint16_t>(magnitude);
@@ -108,68 +106,87 @@ void appendCrcAndEnd(std::string* out, uint16_t crc) {
 
 std::vector<std::string_view> splitFields(std::string_view line) {
     std::vector<std::string_view> fields;
+    splitFields(line, &fields);
+    return fields;
+}
+
+void splitFields(std::string_view line, std::vector<std::string_view>* fields) {
+    fields->clear();
+    const char* text = line.data();
+    const size_t size = line.size();
     size_t start = 0;
     bool separated = false;
-    for (;;) {
-        const size_t comma = line.find(',', start);
-        if (comma == std::string_view::npos) {
-            if (!separated || start < line.size()) fields.push_back(line.substr(start));
-            return fields;
-        }
+    for (size_t i = 0; i < size; ++i) {
+        if (text[i] != ',') continue;
         // The separator takes the blanks before the comma (back to the field's start) and all
         // the blanks after it.
-        size_t end = comma;
-        while (end > start && isBlank(line[end - 1])) --end;
-        fields.push_back(line.substr(start, end - start));
-        start = comma + 1;
-        while (start < line.size() && isBlank(line[start])) ++start;
+        size_t end = i;
+        while (end > start && isBlank(text[end - 1])) --end;
+        fields->push_back(line.substr(start, end - start));
+        start = i + 1;
+        while (start < size && isBlank(text[start])) ++start;
+        i = start - 1;
         separated = true;
     }
+    if (!separated || start < size) fields->push_back(line.substr(start));
 }
 
 DecodedLine decodeAfLine(std::string_view line) {
     DecodedLine decoded;
-    decoded.fields = splitFields(line);
-    decoded.columnCount = static_cast<int>(decoded.fields.size());
-    if (decoded.fields.size() != 7) {
-        decoded.status = LineStatus::columnCount;
-        return decoded;
-    }
-    decoded.storedCrc = storedCrcOf(decoded.fields[6]);
-    for (size_t i = 0; i < 6; ++i)
-        decoded.computedCrc = crcAdd(decoded.computedCrc, decoded.fields[i]);
+    decodeAfLine(line, &decoded, true);
     return decoded;
 }
 
 DecodedLine decodePdOffsetLine(std::string_view line) {
     DecodedLine decoded;
-    decoded.fields = splitFields(line);
-    const std::vector<std::string_view>& fields = decoded.fields;
+    decodePdOffsetLine(line, &decoded, true);
+    return decoded;
+}
+
+void decodeAfLine(std::string_view line, DecodedLine* decoded, bool sumTexts) {
+    std::vector<std::string_view>& fields = decoded->fields;
+    splitFields(line, &fields);
+    *decoded = DecodedLine{LineStatus::ok, static_cast<int>(fields.size()), std::move(fields)};
+    if (decoded->fields.size() != 7) {
+        decoded->status = LineStatus::columnCount;
+        return;
+    }
+    decoded->storedCrc = storedCrcOf(decoded->fields[6]);
+    if (!sumTexts) return;
+    for (size_t i = 0; i < 6; ++i) {
+        decoded->computedCrc = crcAdd(decoded->computedCrc, decoded->fields[i]);
+    }
+}
+
+void decodePdOffsetLine(std::string_view line, DecodedLine* decoded, bool sumTexts) {
+    std::vector<std::string_view>& split = decoded->fields;
+    splitFields(line, &split);
+    *decoded = DecodedLine{LineStatus::ok, static_cast<int>(split.size()), std::move(split)};
+    const std::vector<std::string_view>& fields = decoded->fields;
     const long long count = static_cast<long long>(fields.size());
-    decoded.columnCount = static_cast<int>(count);
     if (count < 6) {
-        decoded.status = LineStatus::columnCount;
-        return decoded;
+        decoded->status = LineStatus::columnCount;
+        return;
     }
     const std::optional<int> n = leadingInt(fields[3]);
     if (!n) {
-        decoded.status = LineStatus::lengthNotANumber;
-        return decoded;
+        decoded->status = LineStatus::lengthNotANumber;
+        return;
     }
     // With a negative N the SFR data would overlap the record's head: no writer makes one.
     if (*n < 0 || (count != *n + 5LL && count != *n + 13LL)) {
-        decoded.status = LineStatus::columnCount;
-        return decoded;
+        decoded->status = LineStatus::columnCount;
+        return;
     }
-    decoded.valueCount = *n;
-    decoded.hasSfrData = count == *n + 13LL;
-    decoded.storedCrc = storedCrcOf(fields.back());
+    decoded->valueCount = *n;
+    decoded->hasSfrData = count == *n + 13LL;
+    decoded->storedCrc = storedCrcOf(fields.back());
+    if (!sumTexts) return;
     // As pdOffsetRecordCrc sums them, without copying the fields out.
     uint16_t crc = 0;
     for (long long i = 0; i < 4 + *n; ++i) crc = crcAdd(crc, fields[i]);
     for (long long i = 4 + *n; i < count - 1; ++i) crc = crcAdd(crcAdd(crc, fields[i]), ",");
-    decoded.computedCrc = crc;
-    return decoded;
+    decoded->computedCrc = crc;
 }
 
 uint16_t afRecordCrc(const std::vector<std::string_view>& texts) {

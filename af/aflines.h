@@ -20,6 +20,9 @@
 // stay. A line without a comma is one field, even when empty. The views point into `line`.
 std::vector<std::string_view> splitFields(std::string_view line);
 
+// The same into `fields`, whose room is reused from line to line.
+void splitFields(std::string_view line, std::vector<std::string_view>* fields);
+
 // What a loader does with a line.
 enum class LineStatus {
     ok,
@@ -44,6 +47,11 @@ DecodedLine decodeAfLine(std::string_view line);
 // A PD-offset line: ok with N+5 or N+13 fields. Fewer than 6 fields, a negative N or another
 // count is columnCount (a loader skips fewer than 6 silently); an N that is no int stops there.
 DecodedLine decodePdOffsetLine(std::string_view line);
+
+// The same into `decoded`, whose room is reused from line to line. A loader, which keeps the
+// stored CRC unchecked, passes sumTexts false and gets computedCrc 0.
+void decodeAfLine(std::string_view line, DecodedLine* decoded, bool sumTexts);
+void decodePdOffsetLine(std::string_view line, DecodedLine* decoded, bool sumTexts);
 
 // The CRC of an AF record: its six texts concatenated.
 uint16_t afRecordCrc(const std::vector<std::string_view>& texts);
