@@ -25,7 +25,7 @@ TEST(AfLines, SplitIsTheRegexTokenSplit) {
     }
 }
 
-TEST(AfLines, DecodeReadsCountsLengthsAndCrcsAsTheLoaderDoes) {
+TEST(AfLines, DecodeAndEncodeAsTheLoaderAndTheWritersDo) {
     struct Case {
         bool pdOffset;
         const char* line;
@@ -60,6 +60,10 @@ TEST(AfLines, DecodeReadsCountsLengthsAndCrcsAsTheLoaderDoes) {
                       std::make_tuple(c.status, c.columns, c.values, c.sfr, c.stored, c.computed)))
             << c.line;
     }
+    std::string lines;
+    appendAfLine(&lines, {"1", "0", "A", "1", "2", "3"}, 18270);
+    appendPdOffsetLine(&lines, {"1", "0", "F", "1"}, {"0.5"}, {"a", ""}, 0);
+    EXPECT_EQ(lines, "1,0,A,1,2,3,18270\n1,0,F,1,0.5,a,,0\n");
 }
 
 }  // namespace

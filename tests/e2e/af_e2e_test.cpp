@@ -41,10 +41,11 @@ TEST_F(AfStore, StoresThePointAnnouncesItAndReadsItBack) {
 }
 
 TEST_F(AfStore, HandEditedFileIsReadAndWrittenBackClean) {
-    writeFile(afFile(),
-              "1 , 0 ,ABC, 10,300,25,123\n"
-              "1,0,ABC,10,300,25\n"
-              "1,20,DEF,50,310,25,70000");
+    // The blanks once overflowed the stack of every later run.
+    writeFile(afFile(), "1 , 0 ,ABC, 10,300,25,123\n" + std::string(30000, ' ') +
+                            ",x\n"
+                            "1,0,ABC,10,300,25\n"
+                            "1,20,DEF,50,310,25,70000");
     RunResult result = device.run(kStore);
     EXPECT_EQ(result.status, 0);
     EXPECT_EQ(readFile(afFile()),

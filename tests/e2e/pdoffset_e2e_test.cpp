@@ -49,11 +49,12 @@ TEST_F(PdOffset, ValuesMustMatchTheirCount) {
         "input parse is error, pdoffset length and pdoffset data is mismatchError:failed to "
         "write " +
         pdFile() + "\n";
-    for (const std::vector<std::string>& arguments :
-         std::vector<std::vector<std::string>>{{"-n", "0", "-o", "0.1,0.2,0.3", "-L", "4"},
-                                               {"-n", "0", "-o", "0.1,0.2,0.3", "-L", "2"},
-                                               {"-n", "0", "-o", "0.1,0.2,0.3"},
-                                               {"-n", "0", "-o", "", "-L", "0"}}) {
+    for (const std::vector<std::string>& arguments : std::vector<std::vector<std::string>>{
+             {"-n", "0", "-o", "0.1,0.2,0.3", "-L", "4"},
+             {"-n", "0", "-o", "0.1,0.2,0.3", "-L", "2"},
+             {"-n", "0", "-o", "0.1,0.2,0.3"},
+             {"-n", "0", "-o", "", "-L", "0"},
+             {"-n", "0", "-o", std::string(30000, ' ') + ",x", "-L", "3"}}) {
         result = device.run(arguments);
         EXPECT_EQ(result.out, mismatch);
     }
@@ -75,12 +76,12 @@ TEST_F(PdOffset, SfrDataNeedsEightValuesAndARecordForTheCamera) {
 }
 
 TEST_F(PdOffset, LoadingKeepsWellFormedLinesOnly) {
-    writeFile(pdFile(),
-              "1,0,F1,2,0.5\n"
-              " 1 , 0 ,F1, 2,0.5 ,0.7, 1234\n"
-              "1,0,F1,2,0.5,0.7,1,2\n"
-              "1,20,F2,2,0.5,0.7,1,2,3,4,5,6,7,8,70000\n"
-              "1,21,F1,1,9,5");
+    writeFile(pdFile(), std::string(30000, ' ') + ",x\n" +
+                            "1,0,F1,2,0.5\n"
+                            " 1 , 0 ,F1, 2,0.5 ,0.7, 1234\n"
+                            "1,0,F1,2,0.5,0.7,1,2\n"
+                            "1,20,F2,2,0.5,0.7,1,2,3,4,5,6,7,8,70000\n"
+                            "1,21,F1,1,9,5");
     RunResult result = device.run({"-n", "21", "-S", "a,b,c,d,e,f,g,h"});
     EXPECT_EQ(readFile(pdFile()),
               " 1,0,F1,2,0.5,0.7,1234\n"
