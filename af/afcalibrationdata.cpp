@@ -1,143 +1,124 @@
 #include "af/afcalibrationdata.h"
 
 #include <android/log.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cfloat>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <regex>
+#include <string_view>
 
-#include "common/crc16ccitt.h"
+#include "af/afcameraproperties.h"
+#include "af/aflines.h"
 #include "common/decimaltext.h"
-#include "common/devicepaths.h"
 #include "common/fileattribute.h"
-#include "common/filebytes.h"
 #include "common/fuseidproperty.h"
 #include "common/safefilewriter.h"
-
-const std::map<int, std::string> AfCalibrationData::cameraFuseIdPropertyMap = {
-    {0, "vendor.camera.sensor.w.fuseID"},   {1, "vendor.camera.sensor.f.fuseID"},
-    {20, "vendor.camera.sensor.t.fuseID"},  {21, "vendor.camera.sensor.u.fuseID"},
-    {22, "vendor.camera.sensor.m.fuseID"},  {23, "vendor.camera.sensor.t4.fuseID"},
-    {24, "vendor.camera.sensor.m2.fuseID"}, {25, "vendor.camera.sensor.d.fuseID"},
-    {26, "vendor.camera.sensor.t2.fuseID"}, {27, "vendor.camera.sensor.t3.fuseID"},
-    {28, "vendor.camera.sensor.t5.fuseID"}, {29, "vendor.camera.sensor.ta.fuseID"},
-    {40, "vendor.camera.sensor.fd.fuseID"},
-};
-
-const std::map<int, std::string> AfCalibrationData::cameraAfInfoPropertyMap = {
-    {0, "persist.vendor.camera.sensor.w.afInfo"},
-    {1, "persist.vendor.camera.sensor.f.afInfo"},
-    {20, "persist.vendor.camera.sensor.t.afInfo"},
-    {21, "persist.vendor.camera.sensor.u.afInfo"},
-    {22, "persist.vendor.camera.sensor.m.afInfo"},
-    {23, "persist.vendor.camera.sensor.t4x.afInfo"},
-    {24, "persist.vendor.camera.sensor.m2x.afInfo"},
-    {25, "persist.vendor.camera.sensor.d.afInfo"},
-    {40, "persist.vendor.camera.sensor.faux.afInfo"},
-};
-
-// Tele positions that can be fitted with one of several modules.
-const std::map<unsigned, std::vector<unsigned>> AfCalibrationData::cameraBackupIdMap = {
-    {20, {26, 27}},
-    {23, {28, 29}},
-};
-
-const std::map<int, std::string> AfCalibrationData::cameraRoleFuseIdPropertyMap = {
-    {0, "vendor.camera.sensor.rearMain.fuseID"},     {1, "vendor.camera.sensor.frontMain.fuseID"},
-    {20, "vendor.camera.sensor.rearTele.fuseID"},    {21, "vendor.camera.sensor.rearUltra.fuseID"},
-    {22, "vendor.camera.sensor.rearMacro.fuseID"},   {23, "vendor.camera.sensor.rearTele4x.fuseID"},
-    {24, "vendor.camera.sensor.rearMacro2x.fuseID"}, {25, "vendor.camera.sensor.rearDepth.fuseID"},
-    {40, "vendor.camera.sensor.frontAux.fuseID"},
-};
-
-const std::string AfCalibrationData::afCalFilePath = persistFile("com.nurvak.afc.bin");
-const std::string AfCalibrationData::pdOffsetCalFilePath = persistFile("com.nurvak.pdoffset.bin");
+#include "common/uniquefd.h"
 
 namespace {
 
 const char kTag[] = "AfCalibrationData";
 
-// The lines of a text file as getline gives them (a last line without "\n" included); false
-// when the file cannot be read.
-bool readLines(const std::string& file, std::vector<std::string>* lines) {
-    std::vector<unsigned char> content;
-    if (!readWholeFile(file.c_str(), &content)) return false;
-    std::string text(content.begin(), content.end());
-    size_t start = 0;
-    while (start < text.size()) {
-        size_t end = text.find('\n', start);
-        if (end == std::string::npos) end = text.size();
-        lines->push_back(text.substr(start, end - start));
-        start = end + 1;
+// The whole of a file in one buffer; false when it cannot be read.
+bool readText(const std::string& file, std::string* text) {
+    UniqueFd fd(open(file.c_str(), O_RDONLY | O_CLOEXEC));
+    struct stat status;
+    if (!fd.valid() || fstat(fd.get(), &status) != 0) return false;
+    // The size is a hint: a file that grows or shrinks meanwhile is still read to its end.
+    text->resize(status.st_size > 0 ? static_cast<size_t>(status.st_size) + 1 : 4096);
+    size_t used = 0;
+    for (;;) {
+        if (used == text->size()) text->resize(text->size() * 2);
+        const ssize_t count = read(fd.get(), &(*text)[used], text->size() - used);
+        if (count > 0) {
+            used += static_cast<size_t>(count);
+        } else if (count == 0) {
+            break;
+        } else if (errno != EINTR) {
+            return false;
+        }
     }
+    text->resize(used);
     return true;
 }
 
-// The fields of a calibration file line or input list, split on a comma with any white space
-// around it. An empty text after a last comma is no field; empty fields between commas are.
-std::vector<std::string> splitFields(const std::string& line) {
-    static const std::regex separator("\\s*,\\s*", std::regex::ECMAScript);
-    return std::vector<std::string>(
-        std::sregex_token_iterator(line.begin(), line.end(), separator, -1),
-        std::sregex_token_iterator());
+// Adds a file's bytes to the text of the loaded records (read straight into it the first time);
+// false when it cannot be read. Records address the text with 32-bit offsets, so past 4 GiB the
+// file reads as unreadable.
+bool appendText(const std::string& file, std::string* text) {
+    std::string read;
+    if (!readText(file, text->empty() ? text : &read)) return false;
+    text->append(read);
+    return text->size() <= UINT32_MAX;
 }
 
-uint16_t crcOfText(const std::string& text) {
-    return CRC16CCITT(reinterpret_cast<const unsigned char*>(text.data()),
-                      static_cast<int>(text.size()))
-        .process();
-}
-
-// A stored CRC column as the C library's atoi reads it, kept to 16 bits.
-uint16_t storedCrc(const std::string& text) {
-    return static_cast<uint16_t>(strtoll(text.c_str(), nullptr, 10));
-}
-
-// The value of a camera's property in `properties`; when it is empty, that of the first backup
-// camera that has one. `property` receives the name of the property read.
-std::string readWithBackups(const std::map<int, std::string>& properties, int cameraId,
-                            std::string* property) {
-    auto own = properties.find(cameraId);
-    if (own == properties.end()) return "";
-    *property = own->second;
-    std::string value = readProperty(own->second);
-    if (!value.empty()) return value;
-    auto backups = AfCalibrationData::cameraBackupIdMap.find(static_cast<unsigned>(cameraId));
-    if (backups == AfCalibrationData::cameraBackupIdMap.end()) return "";
-    for (unsigned backup : backups->second) {
-        auto entry = properties.find(static_cast<int>(backup));
-        if (entry == properties.end()) continue;
-        value = readProperty(entry->second);
-        if (!value.empty()) {
-            *property = entry->second;
-            return value;
-        }
+// Calls `each` with every line of `text` as getline gives them, a last line without "\n"
+// included.
+template <typename Each>
+void forEachLine(std::string_view text, Each each) {
+    size_t start = 0;
+    while (start < text.size()) {
+        size_t end = text.find('\n', start);
+        if (end == std::string_view::npos) end = text.size();
+        each(text.substr(start, end - start));
+        start = end + 1;
     }
-    return "";
 }
 
-// The number of PD-offset values a record holds: its length text as a number, within the list.
-size_t valueCount(const AfCalibrationData::pdOffsetCalData& record) {
-    const int count = leadingDecimalOrAbort(record.pdOffsetLength,
-                                            "PD-offset length of fuse ID " + record.fuseId);
-    return std::min(static_cast<size_t>(std::max(count, 0)), record.pdOffset.size());
+// The texts of a record as stored, each followed by ",".
+std::vector<std::string_view> textsOf(std::string_view stored) {
+    std::vector<std::string_view> texts;
+    size_t start = 0;
+    for (size_t comma; (comma = stored.find(',', start)) != std::string_view::npos;
+         start = comma + 1) {
+        texts.push_back(stored.substr(start, comma - start));
+    }
+    return texts;
 }
 
-std::string afLine(const AfCalibrationData::afCalData& record) {
-    return record.useFlag + "," + record.camera + "," + record.fuseId + "," + record.dist + "," +
-           record.dac + "," + record.temp + "," + std::to_string(record.crc) + "\n";
+// The first `count` fields of a decoded line as they will be written: the line itself when its
+// fields are separated by bare commas, so that a file this store wrote is taken without a copy;
+// otherwise the fields joined again, added to `added`. Gives the record's place.
+template <typename Record>
+void storeFields(const DecodedLine& line, size_t count, std::string_view loaded, std::string* added,
+                 Record* record) {
+    const char* begin = line.fields.front().data();
+    size_t joined = 0;
+    for (size_t i = 0; i < count; ++i) joined += line.fields[i].size() + 1;
+    if (static_cast<size_t>(line.fields[count].data() - begin) == joined) {
+        record->start = static_cast<uint32_t>(begin - loaded.data());
+        record->size = static_cast<uint32_t>(joined);
+        return;
+    }
+    record->added = true;
+    record->start = static_cast<uint32_t>(added->size());
+    record->size = static_cast<uint32_t>(joined);
+    for (size_t i = 0; i < count; ++i) {
+        added->append(line.fields[i]);
+        added->push_back(',');
+    }
 }
 
-std::string pdOffsetLine(const AfCalibrationData::pdOffsetCalData& record) {
-    std::string line = record.useFlag + "," + record.camera + "," + record.fuseId + "," +
-                       record.pdOffsetLength + ",";
-    const size_t count = valueCount(record);
-    for (size_t i = 0; i < count; ++i) line += record.pdOffset[i] + ",";
-    for (const std::string& sfr : record.pdOffsetSfrData) line += sfr + ",";
-    return line + std::to_string(record.crc) + "\n";
+// Stores a record's new texts in `added`, each followed by ",". They may lie in `added` already.
+template <typename Record>
+void storeTexts(const std::vector<std::string_view>& texts, std::string* added, Record* record) {
+    std::string joined;
+    for (std::string_view text : texts) joined.append(text).push_back(',');
+    record->added = true;
+    record->start = static_cast<uint32_t>(added->size());
+    record->size = static_cast<uint32_t>(joined.size());
+    added->append(joined);
+}
+
+// The number of lines of a text, to size the record lists once.
+size_t lineCount(std::string_view text) {
+    return static_cast<size_t>(std::count(text.begin(), text.end(), '\n')) + 1;
 }
 
 // A value as atof reads it, rounded to the nearest float. Past the largest float, values below
@@ -153,18 +134,19 @@ float toFloat(const std::string& text) {
     return static_cast<float>(value);
 }
 
-// Replaces a whole calibration text file with `lines`, each logged as it goes; false (and the
-// old file kept) when it could not be written.
-bool rewriteFile(const std::string& file, const std::vector<std::string>& lines) {
+// Replaces a whole calibration text file with the lines that `build` appends to one buffer
+// (logging each as it goes) in one write; false (and the old file kept) when it could not be
+// written.
+template <typename Build>
+bool rewriteFile(const std::string& file, Build build) {
     SafeFileWriter out(file);
     if (!out.open()) {
         __android_log_print(ANDROID_LOG_ERROR, kTag, "flush:failed to open file %s\n", file.c_str());
         return false;
     }
-    for (const std::string& line : lines) {
-        __android_log_print(ANDROID_LOG_INFO, kTag, "write record: %s", line.c_str());
-        out.write(line);
-    }
+    std::string content;
+    build(&content);
+    out.write(content);
     if (!out.commit()) {
         __android_log_print(ANDROID_LOG_ERROR, kTag, "flush:failed to write file %s\n",
                             file.c_str());
@@ -172,6 +154,16 @@ bool rewriteFile(const std::string& file, const std::vector<std::string>& lines)
     }
     changeFileAttribute(file.c_str());
     return true;
+}
+
+// Appends a record's line: its stored texts, its CRC and "\n"; then logs it.
+void appendLine(std::string* content, std::string_view texts, uint16_t crc) {
+    const size_t from = content->size();
+    content->append(texts);
+    content->append(std::to_string(crc));
+    content->push_back('\n');
+    __android_log_print(ANDROID_LOG_INFO, kTag, "write record: %.*s",
+                        static_cast<int>(content->size() - from), content->data() + from);
 }
 
 int dacTolerance(int largestDac) {
@@ -190,36 +182,41 @@ bool AfCalibrationData::init() {
 }
 
 bool AfCalibrationData::parse() {
-    std::vector<std::string> lines;
-    if (!readLines(path, &lines)) {
+    const size_t from = loadedText.size();
+    if (!appendText(path, &loadedText)) {
         __android_log_print(ANDROID_LOG_INFO, kTag, "Filed not Exist %s", path.c_str());
         return true;
     }
-    for (const std::string& line : lines) {
-        std::vector<std::string> columns = splitFields(line);
-        if (columns.size() != 7) {
+    afCalDataList.reserve(afCalDataList.size() +
+                          lineCount(std::string_view(loadedText).substr(from)));
+    DecodedLine decoded;
+    forEachLine(std::string_view(loadedText).substr(from), [&](std::string_view line) {
+        decodeAfLine(line, &decoded, false);
+        if (decoded.status != LineStatus::ok) {
             __android_log_print(ANDROID_LOG_ERROR, kTag,
-                                "Not expected file format, colum number: %d",
-                                static_cast<int>(columns.size()));
-            continue;
+                                "Not expected file format, colum number: %d", decoded.columnCount);
+            return;
         }
+        const std::vector<std::string_view>& f = decoded.fields;
         // The stored CRC is kept as it is: only write() re-sums a record it changes.
-        afCalData record{columns[0], columns[1], columns[2],           columns[3],
-                         columns[4], columns[5], storedCrc(columns[6])};
+        afCalData record;
+        record.crc = decoded.storedCrc;
+        storeFields(decoded, 6, loadedText, &addedText, &record);
+        const auto s = [](std::string_view text) { return static_cast<int>(text.size()); };
         __android_log_print(ANDROID_LOG_INFO, kTag,
-                            "exist calibration info: %s, %s, %s, %s, %s, %s, %s\n",
-                            record.useFlag.c_str(), record.camera.c_str(), record.fuseId.c_str(),
-                            record.dist.c_str(), record.dac.c_str(), record.temp.c_str(),
-                            std::to_string(record.crc).c_str());
+                            "exist calibration info: %.*s, %.*s, %.*s, %.*s, %.*s, %.*s, %u\n",
+                            s(f[0]), f[0].data(), s(f[1]), f[1].data(), s(f[2]), f[2].data(),
+                            s(f[3]), f[3].data(), s(f[4]), f[4].data(), s(f[5]), f[5].data(),
+                            static_cast<unsigned>(record.crc));
         afCalDataList.push_back(record);
-    }
+    });
     return true;
 }
 
 std::string AfCalibrationData::getFuseId(std::string camera) {
     const int cameraId = leadingDecimalOrAbort(camera, "camera id");
     std::string property;
-    const std::string value = readWithBackups(cameraFuseIdPropertyMap, cameraId, &property);
+    const std::string value = readCameraProperty(cameraFuseIdPropertyMap, cameraId, &property);
     if (value.empty()) {
         fprintf(stdout, "can't find camera[%d] fuseid\n", cameraId);
         return "0";
@@ -229,7 +226,8 @@ std::string AfCalibrationData::getFuseId(std::string camera) {
 
 int AfCalibrationData::find(std::string fuseId, std::string dist) {
     for (size_t i = 0; i < afCalDataList.size(); ++i) {
-        if (afCalDataList[i].fuseId == fuseId && afCalDataList[i].dist == dist) {
+        const std::vector<std::string_view> texts = afTexts(afCalDataList[i]);
+        if (texts.size() > 3 && texts[2] == fuseId && texts[3] == dist) {
             return static_cast<int>(i);
         }
     }
@@ -237,25 +235,24 @@ int AfCalibrationData::find(std::string fuseId, std::string dist) {
 }
 
 int AfCalibrationData::check(const afCalData* record) {
-    return crcOfText(record->useFlag + record->camera + record->fuseId + record->dist +
-                     record->dac + record->temp);
+    return afRecordCrc(afTexts(*record));
 }
 
 int AfCalibrationData::getDac(std::string& fuseId, int dist) {
-    const std::string distText = std::to_string(dist);
-    for (const afCalData& record : afCalDataList) {
-        if (record.fuseId == fuseId && record.dist == distText) {
-            return leadingDecimalOrAbort(record.dac,
-                                         "stored DAC of " + fuseId + " at distance " + distText);
-        }
-    }
-    return -1;
+    const int index = find(fuseId, std::to_string(dist));
+    if (index < 0) return -1;
+    const std::string dac(afTexts(afCalDataList[index])[4]);
+    return leadingDecimalOrAbort(
+        dac, "stored DAC of " + fuseId + " at distance " + std::to_string(dist));
 }
 
 bool AfCalibrationData::flush() {
-    std::vector<std::string> lines;
-    for (const afCalData& record : afCalDataList) lines.push_back(afLine(record));
-    return rewriteFile(path, lines);
+    return rewriteFile(path, [this](std::string* content) {
+        content->reserve(loadedText.size() + addedText.size() + 6 * afCalDataList.size());
+        for (const afCalData& record : afCalDataList) {
+            appendLine(content, stored(record), record.crc);
+        }
+    });
 }
 
 bool AfCalibrationData::write(const std::string& camera, int dist, int dac, int temp, int useFlag) {
@@ -276,18 +273,21 @@ bool AfCalibrationData::write(const std::string& camera, int dist, int dac, int 
 
     const std::string distText = std::to_string(dist);
     const int index = find(fuseId, distText);
+    // A point is the sensor's at a distance: an existing one keeps its fuse ID and distance texts.
+    const std::string useFlagText = useFlag != 0 ? "1" : "0";
+    const std::string dacText = std::to_string(dac);
+    const std::string tempText = std::to_string(temp);
+    std::vector<std::string_view> texts = {useFlagText, camera,  fuseId,
+                                           distText,    dacText, tempText};
     afCalData record;
     if (index >= 0) {
-        record = afCalDataList[index];
-    } else {
-        record.fuseId = fuseId;
-        record.dist = distText;
+        const std::vector<std::string_view> old = afTexts(afCalDataList[index]);
+        texts[2] = old[2];
+        texts[3] = old[3];
     }
-    record.useFlag = useFlag != 0 ? "1" : "0";
-    record.camera = camera;
-    record.dac = std::to_string(dac);
-    record.temp = std::to_string(temp);
-    record.crc = static_cast<uint16_t>(check(&record));
+    // Summed from the texts themselves, whatever they hold.
+    record.crc = afRecordCrc(texts);
+    storeTexts(texts, &addedText, &record);
     if (index >= 0) {
         afCalDataList[index] = record;
     } else {
@@ -299,7 +299,7 @@ bool AfCalibrationData::write(const std::string& camera, int dist, int dac, int 
 bool AfCalibrationData::checkDacPass(const std::string& camera, int dist, int dac) {
     const int cameraId = leadingDecimalOrAbort(camera, "camera id");
     std::string property;
-    const std::string info = readWithBackups(cameraAfInfoPropertyMap, cameraId, &property);
+    const std::string info = readCameraProperty(cameraAfInfoPropertyMap, cameraId, &property);
     if (info.empty()) {
         fprintf(stdout, "Error:writing distance:%d is not matched with EEPROM distance value\n",
                 dist);
@@ -356,66 +356,68 @@ void AfCalibrationData::pdOffsetInit() {
 }
 
 void AfCalibrationData::pdOffsetParse() {
-    std::vector<std::string> lines;
-    if (!readLines(pdOffsetPath, &lines)) {
+    const size_t from = loadedText.size();
+    if (!appendText(pdOffsetPath, &loadedText)) {
         __android_log_print(ANDROID_LOG_INFO, kTag, "Filed not Exist %s", pdOffsetPath.c_str());
         return;
     }
-    for (const std::string& line : lines) {
-        std::vector<std::string> fields = splitFields(line);
-        if (fields.size() < 6) continue;
-        const long long count = static_cast<long long>(fields.size());
-        const long long n =
-            leadingDecimalOrAbort(fields[3], "PD-offset length of fuse ID " + fields[2]);
-        // With a negative N the SFR data would overlap the record's head: no writer makes one.
-        if (n < 0 || (count != n + 5 && count != n + 13)) {
-            __android_log_print(ANDROID_LOG_ERROR, kTag,
-                                "Not expected file format, colum number: %d",
-                                static_cast<int>(count));
-            continue;
+    pdOffsetCalDataList.reserve(pdOffsetCalDataList.size() +
+                                lineCount(std::string_view(loadedText).substr(from)));
+    DecodedLine decoded;
+    forEachLine(std::string_view(loadedText).substr(from), [&](std::string_view line) {
+        decodePdOffsetLine(line, &decoded, false);
+        const std::vector<std::string_view>& fields = decoded.fields;
+        if (decoded.status == LineStatus::lengthNotANumber) {
+            abortOnBadNumber("PD-offset length of fuse ID " + std::string(fields[2]),
+                             std::string(fields[3]));
+        }
+        if (decoded.status != LineStatus::ok) {
+            if (decoded.columnCount >= 6) {
+                __android_log_print(ANDROID_LOG_ERROR, kTag,
+                                    "Not expected file format, colum number: %d",
+                                    decoded.columnCount);
+            }
+            return;
         }
         pdOffsetCalData record;
-        record.useFlag = fields[0];
-        record.camera = fields[1];
-        record.fuseId = fields[2];
-        record.pdOffsetLength = fields[3];
-        auto values = fields.begin() + 4;
-        record.pdOffset.assign(values, values + n);
-        if (count == n + 13) record.pdOffsetSfrData.assign(values + n, values + n + 8);
+        record.valueCount = static_cast<uint32_t>(decoded.valueCount);
         // The stored CRC is kept as it is: only the read-back checks it.
-        record.crc = storedCrc(fields.back());
-        __android_log_print(ANDROID_LOG_INFO, kTag, "exist pdaf offset info : %s", line.c_str());
+        record.crc = decoded.storedCrc;
+        storeFields(decoded, fields.size() - 1, loadedText, &addedText, &record);
+        __android_log_print(ANDROID_LOG_INFO, kTag, "exist pdaf offset info : %.*s",
+                            static_cast<int>(line.size()), line.data());
         pdOffsetCalDataList.push_back(record);
-    }
+    });
 }
 
 int AfCalibrationData::pdOffsetFind(std::string fuseId) {
     for (size_t i = 0; i < pdOffsetCalDataList.size(); ++i) {
-        if (pdOffsetCalDataList[i].fuseId == fuseId) return static_cast<int>(i);
+        const std::vector<std::string_view> texts = pdOffsetTexts(pdOffsetCalDataList[i]);
+        if (texts.size() > 2 && texts[2] == fuseId) return static_cast<int>(i);
     }
     return -1;
 }
 
 int AfCalibrationData::pdOffsetCheck(const pdOffsetCalData* record) {
     if (record == nullptr) return 0;
-    // The values stand bare, while every SFR text keeps a comma after it; stored files rely on
-    // exactly this.
-    std::string text = record->useFlag + record->camera + record->fuseId + record->pdOffsetLength;
-    const size_t count = valueCount(*record);
-    for (size_t i = 0; i < count; ++i) text += record->pdOffset[i];
-    for (const std::string& sfr : record->pdOffsetSfrData) text += sfr + ",";
-    return crcOfText(text);
+    const std::vector<std::string_view> texts = pdOffsetTexts(*record);
+    const auto values = texts.begin() + 4;
+    const auto sfrData = values + record->valueCount;
+    return pdOffsetRecordCrc({texts.begin(), values}, {values, sfrData}, {sfrData, texts.end()});
 }
 
 bool AfCalibrationData::pdOffsetFlush() {
-    std::vector<std::string> lines;
-    for (const pdOffsetCalData& record : pdOffsetCalDataList) lines.push_back(pdOffsetLine(record));
-    return rewriteFile(pdOffsetPath, lines);
+    return rewriteFile(pdOffsetPath, [this](std::string* content) {
+        content->reserve(loadedText.size() + addedText.size() + 6 * pdOffsetCalDataList.size());
+        for (const pdOffsetCalData& record : pdOffsetCalDataList) {
+            appendLine(content, stored(record), record.crc);
+        }
+    });
 }
 
 bool AfCalibrationData::pdOffsetWrite(const std::string& camera, int pdOffsetLength,
                                       std::string pdOffset, int useFlag) {
-    std::vector<std::string> values = splitFields(pdOffset);
+    const std::vector<std::string_view> values = splitFields(pdOffset);
     if (static_cast<long long>(values.size()) != pdOffsetLength) {
         // No newline: the stage's failure line completes it.
         fprintf(stdout, "input parse is error, pdoffset length and pdoffset data is mismatch");
@@ -424,19 +426,25 @@ bool AfCalibrationData::pdOffsetWrite(const std::string& camera, int pdOffsetLen
     const std::string fuseId = getFuseId(camera);
     if (fuseId == "0") return false;
 
-    // Records are the module's: a replaced module gets a record of its own.
+    // Records are the module's: a replaced module gets a record of its own, and a module's
+    // record keeps the SFR data written earlier.
     const int index = pdOffsetFind(fuseId);
-    pdOffsetCalData record;
+    const std::string useFlagText = useFlag != 0 ? "1" : "0";
+    const std::string lengthText = std::to_string(pdOffsetLength);
+    const std::vector<std::string_view> head = {useFlagText, camera, fuseId, lengthText};
+    std::vector<std::string_view> sfrData;
     if (index >= 0) {
-        record = pdOffsetCalDataList[index];  // keeps the SFR data written earlier
-    } else {
-        record.fuseId = fuseId;
+        const pdOffsetCalData& old = pdOffsetCalDataList[index];
+        const std::vector<std::string_view> texts = pdOffsetTexts(old);
+        sfrData.assign(texts.begin() + 4 + old.valueCount, texts.end());
     }
-    record.useFlag = useFlag != 0 ? "1" : "0";
-    record.camera = camera;
-    record.pdOffsetLength = std::to_string(pdOffsetLength);
-    record.pdOffset = std::move(values);
-    record.crc = static_cast<uint16_t>(pdOffsetCheck(&record));
+    pdOffsetCalData record;
+    record.valueCount = static_cast<uint32_t>(values.size());
+    record.crc = pdOffsetRecordCrc(head, values, sfrData);
+    std::vector<std::string_view> texts = head;
+    texts.insert(texts.end(), values.begin(), values.end());
+    texts.insert(texts.end(), sfrData.begin(), sfrData.end());
+    storeTexts(texts, &addedText, &record);
     if (index >= 0) {
         pdOffsetCalDataList[index] = record;
     } else {
@@ -454,9 +462,15 @@ bool AfCalibrationData::pdOffsetSfrDataWrite(const std::string& camera, const st
         return false;
     }
     for (pdOffsetCalData& record : pdOffsetCalDataList) {
-        if (record.camera != camera) continue;
-        record.pdOffsetSfrData = values;
-        record.crc = static_cast<uint16_t>(pdOffsetCheck(&record));
+        std::vector<std::string_view> texts = pdOffsetTexts(record);
+        if (texts.size() < 2 || texts[1] != camera) continue;
+        // An earlier set is dropped.
+        texts.resize(4 + record.valueCount);
+        texts.insert(texts.end(), values.begin(), values.end());
+        const auto head = texts.begin() + 4;
+        const auto sfr = head + record.valueCount;
+        record.crc = pdOffsetRecordCrc({texts.begin(), head}, {head, sfr}, {sfr, texts.end()});
+        storeTexts(texts, &addedText, &record);
         return true;
     }
     return false;
@@ -477,7 +491,21 @@ int AfCalibrationData::getPdoffset(int camera, std::vector<float>& pdOffset,
                             computed, static_cast<int>(record.crc));
         return -1;
     }
-    for (const std::string& value : record.pdOffset) pdOffset.push_back(toFloat(value));
-    for (const std::string& value : record.pdOffsetSfrData) sfrData.push_back(toFloat(value));
+    const std::vector<std::string_view> texts = pdOffsetTexts(record);
+    const auto sfr = texts.begin() + 4 + record.valueCount;
+    for (auto value = texts.begin() + 4; value != sfr; ++value) {
+        pdOffset.push_back(toFloat(std::string(*value)));
+    }
+    for (auto value = sfr; value != texts.end(); ++value) {
+        sfrData.push_back(toFloat(std::string(*value)));
+    }
     return static_cast<int>(pdOffset.size());
+}
+
+std::vector<std::string_view> AfCalibrationData::afTexts(const afCalData& record) const {
+    return textsOf(stored(record));
+}
+
+std::vector<std::string_view> AfCalibrationData::pdOffsetTexts(const pdOffsetCalData& record) const {
+    return textsOf(stored(record));
 }

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <map>
 #include <string>
+#include <string_view>
 #include <vector>
 
 // The in-memory image of the focus calibration files on the persist partition, both text files
@@ -18,26 +19,24 @@
 // in memory, flush() or pdOffsetFlush() rewrites the whole file.
 class AfCalibrationData {
   public:
-    // One line of the AF file; every field but the CRC is kept as the text read or written.
+    // One line of the AF file. Its texts (use flag, camera id, fuse ID, distance, DAC,
+    // temperature), each followed by ",", lie once in the store's text, as the line will be
+    // written; a loaded line written this way is not copied at all. Only the CRC is a number.
     struct afCalData {
-        std::string useFlag;  // "1" when written with a non-zero use flag
-        std::string camera;   // camera id as given
-        std::string fuseId;
-        std::string dist;
-        std::string dac;
-        std::string temp;
+        uint32_t start = 0;  // of the texts in the store's text
+        uint32_t size = 0;
         uint16_t crc = 0;
+        bool added = false;  // in the text added this run, not the file's
     };
 
-    // One line of the PD-offset file; the texts are kept as read or given.
+    // One line of the PD-offset file, kept the same way: use flag, camera id, fuse ID, N, the N
+    // values and none or 8 SFR texts, each followed by ",".
     struct pdOffsetCalData {
-        std::string useFlag;
-        std::string camera;
-        std::string fuseId;
-        std::string pdOffsetLength;  // N, as text
-        std::vector<std::string> pdOffset;
-        std::vector<std::string> pdOffsetSfrData;  // none, or 8
+        uint32_t start = 0;
+        uint32_t size = 0;
+        uint32_t valueCount = 0;  // N
         uint16_t crc = 0;
+        bool added = false;
     };
 
     AfCalibrationData() = default;
@@ -111,8 +110,21 @@ class AfCalibrationData {
     static const std::string pdOffsetCalFilePath;
 
   private:
+    // A record's texts as stored, each followed by ",".
+    template <typename Record>
+    std::string_view stored(const Record& record) const {
+        return std::string_view(record.added ? addedText : loadedText)
+            .substr(record.start, record.size);
+    }
+    // The texts of a record, split where the file's reader would split them.
+    std::vector<std::string_view> afTexts(const afCalData& record) const;
+    std::vector<std::string_view> pdOffsetTexts(const pdOffsetCalData& record) const;
+
     std::string path;
     std::string pdOffsetPath;
     std::vector<afCalData> afCalDataList;
     std::vector<pdOffsetCalData> pdOffsetCalDataList;
+    // The file as loaded, and the texts of the records changed or added since.
+    std::string loadedText;
+    std::string addedText;
 };

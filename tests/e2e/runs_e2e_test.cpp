@@ -115,6 +115,8 @@ std::vector<Case> cases() {
     const Files eeprom = {{kW, "xxxx0006ABC123"},
                           {"vendor.camera.sensor.qz.dualcal.checksum", "c3"}};
     const Args awbStore = {"-u", "-n", "1", "-f", "%R/a.bin"};
+    // Once enough to overflow the stack of every later run.
+    const std::string blanks(30000, ' ');
     const std::string sfrParse = "pdoffsetSfrDataStr parse error: ";
     // clang-format off
     return {
@@ -203,7 +205,7 @@ std::vector<Case> cases() {
         {"AfCheckAtTheDefaultDistance", {}, {{kAf, kAfPoint}}, {"-c", "ABC123"}, "dac=-1\n", 0,
             {{kAf, kAfPoint}}},
         {"AfHandEditedFileIsWrittenBackClean", kAbc123,
-            {{kAf, "1 , 0 ,ABC, 10,300,25,123\n1,0,ABC,10,300,25\n1,20,DEF,50,310,25,70000"}},
+            {{kAf, "1 , 0 ,ABC, 10,300,25,123\n" + blanks + ",x\n1,0,ABC,10,300,25\n1,20,DEF,50,310,25,70000"}},
             kAfStore, kAfWrote, 0,
             {{kAf, "1,0,ABC,10,300,25,123\n1,20,DEF,50,310,25,4464\n" + kAfPoint}}, {"afcal"}, "",
             {"E/AfCalibrationData: Not expected file format, colum number: 6\n",
@@ -245,6 +247,8 @@ std::vector<Case> cases() {
         {"PdOffsetTooManyValues", kAbc123, {{kPd, kPdRecord}},
             {"-n", "0", "-o", "0.1,0.2,0.3", "-L", "2"}, kPdMismatch, 0, {{kPd, kPdRecord}}},
         {"PdOffsetWithoutCount", kAbc123, {}, {"-n", "0", "-o", "0.1,0.2,0.3"}, kPdMismatch, 0, {}},
+        {"PdOffsetOfBlanks", kAbc123, {}, {"-n", "0", "-o", blanks + ",x", "-L", "3"}, kPdMismatch,
+            0, {}},
         {"PdOffsetEmpty", kAbc123, {}, {"-n", "0", "-o", "", "-L", "0"}, kPdMismatch, 0, {}},
         {"SfrDataWithoutARecord", kAbc123, {}, {"-n", "0", "-S", kSfr}, kSfrFailed, 0, {}},
         {"SfrDataSevenValues", kAbc123, {{kPd, kPdRecord}}, {"-n", "0", "-S", "1,2,3,4,5,6,7"},
@@ -257,7 +261,7 @@ std::vector<Case> cases() {
         {"SfrDataEmpty", kAbc123, {{kPd, kPdRecord}}, {"-n", "0", "-S", ""},
             sfrParse + "\n" + kSfrFailed, 0, {{kPd, kPdRecord}}},
         {"PdOffsetLoadingKeepsWellFormedLines", kAbc123,
-            {{kPd, "1,0,F1,2,0.5\n 1 , 0 ,F1, 2,0.5 ,0.7, 1234\n1,0,F1,2,0.5,0.7,1,2\n"
+            {{kPd, blanks + ",x\n1,0,F1,2,0.5\n 1 , 0 ,F1, 2,0.5 ,0.7, 1234\n1,0,F1,2,0.5,0.7,1,2\n"
                    "1,20,F2,2,0.5,0.7,1,2,3,4,5,6,7,8,70000\n1,21,F1,1,9,5"}},
             {"-n", "21", "-S", "a,b,c,d,e,f,g,h"}, "can't find camera[21] fuseid\n" + kReadBackEmpty, 0,
             {{kPd, " 1,0,F1,2,0.5,0.7,1234\n1,20,F2,2,0.5,0.7,1,2,3,4,5,6,7,8,4464\n"
