@@ -132,8 +132,8 @@ std::vector<Case> cases() {
             "%B: invalid option -- 'x'\n"},
         {"LongNamesAsTheScriptsSpellThem", {}, {}, {"--limux", "5", "--use", "1", "-p"}, "", 0, {}},
         {"NoOptions", {}, {}, {}, "", 0, {}},
-        {"UnknownCameraEndsTheRunBeforeTheAfStore", kAbc123, {}, {"-n", "99", "-D", "10", "-t", "30"},
-            "Error:Invalid camera name\n", 255, {}},
+        {"UnknownCameraEndsTheRunBeforeTheAfStore", kAbc123, {},
+            {"-n", "99", "-D", "10", "-t", "30"}, "Error:Invalid camera name\n", 255, {}},
         {"UnknownUnderScreenCamera", {}, {}, {"-u", "-n", "w", "-f", "%R/x"},
             "Error:Invalid camera name\n", 255, {}},
 
@@ -143,14 +143,15 @@ std::vector<Case> cases() {
             {{kAe, kMaintain}, {kLog, kLogged + kLogged}}},
         {"AeLowerCaseFuseIdIsAMismatch", {{kW, "xxxx0004ab12"}}, {}, kAeStore,
             "Error:mismatch efuseId\n", 0, {}},
-        {"AeRoleNamedFuseIdLongerLength", {{"vendor.camera.sensor.rearMain.fuseID", "xxxx0010AB12"}},
-            {}, kAeStore, kAeWrote, 0, {{kAe, kMaintain}, {kLog, kLogged}}},
+        {"AeRoleNamedFuseIdLongerLength",
+            {{"vendor.camera.sensor.rearMain.fuseID", "xxxx0010AB12"}}, {}, kAeStore, kAeWrote, 0,
+            {{kAe, kMaintain}, {kLog, kLogged}}},
         {"AeWithoutFuseId", {}, {}, kAeStore, kAeWrote, 0,
             {{kAe, bytes({0x00, 0x02, 0x64, 0x00, 0x02, 0xC8, 0x00, 0x02, 0x2C, 0x01, 0x69, 0x86})},
              {kLog, kLogged}}},
-        {"AeMalformedFuseIdAbortsBeforeWriting", {{kW, "xxxx12"}}, {}, kAeStore, "", -SIGABRT, {}, {},
-            "Error:fuse-ID length of vendor.camera.sensor.w.fuseID (value too short) is not a valid "
-            "number: \"xxxx12\"\n"},
+        {"AeMalformedFuseIdAbortsBeforeWriting", {{kW, "xxxx12"}}, {}, kAeStore, "", -SIGABRT, {},
+            {}, "Error:fuse-ID length of vendor.camera.sensor.w.fuseID (value too short) is not a "
+            "valid number: \"xxxx12\"\n"},
         {"AeWithoutSdcardEndsTheRun", kAb12, {{"%R/sdcard", kAbsent}}, kAeStore,
             "Error:failed to open log file %R/sdcard/tmp\n"
             "Error:failed to create emp file %R/sdcard/tmp!\n", 255, {}},
@@ -165,7 +166,8 @@ std::vector<Case> cases() {
             "\ncontents:\n02AB1202640002C800022C01\n", 0, {}, {}, "",
             {"D/AeCalibrationData: factory source file\n"}},
         {"AeDumpLogsAWrongCrc", {},
-            {{"%R/l", bytes({0x00, 0x02, 0x34, 0x12, 0x02, 0x00, 0x00, 0x02, 0x00, 0x00, 0xAA, 0xBB})}},
+            {{"%R/l", bytes({0x00, 0x02, 0x34, 0x12, 0x02, 0x00, 0x00, 0x02, 0x00, 0x00, 0xAA,
+            0xBB})}},
             {"-i", "-s", "1", "-f", "%R/l"}, "%R/l:\nmaintain format:\n" + kAeLayout + "2 byte|\n" +
             kAeFields + "crc   |\ncontents:\n00023412020000020000AABB\n", 0, {}, {}, "",
             {"D/AeCalibrationData: data file size 12\n"
@@ -177,7 +179,8 @@ std::vector<Case> cases() {
             {"E/AeCalibrationData: %R/s: fileSize(3) != (1 + 3 + 1 + 0 + 1 + 0 + 1 + 0)\n"}},
         {"AeDumpOfAMissingFile", {}, {}, {"-i", "-s", "1", "-f", "%R/missing"},
             "Error:failed to find file %R/missing!\n", 255, {}},
-        {"AeDumpWithoutIsoEndsTheRun", kAbc123, {}, {"-i", "-f", "%R/m", "-n", "0", "-D", "1", "-t", "1"},
+        {"AeDumpWithoutIsoEndsTheRun", kAbc123, {}, {"-i", "-f", "%R/m", "-n", "0", "-D", "1", "-t",
+            "1"},
             "", 0, {}},
 
         {"AwbLscStore", front, {{"%R/a.bin", awbLsc}}, awbStore,
@@ -193,7 +196,8 @@ std::vector<Case> cases() {
         {"AwbLscMissingFileEndsTheRunBeforeTheAfStore", kAbc123, {},
             {"-u", "-n", "0", "-f", "%R/missing", "-D", "10", "-t", "30"},
             "Error:Can not find calibration data file %R/missing!\n", 0, {}},
-        {"AwbLscDump", {}, {{"%R/z.bin", awbLscFile("")}}, {"-u", "-i", "-n", "1", "-f", "%R/z.bin"},
+        {"AwbLscDump", {}, {{"%R/z.bin", awbLscFile("")}}, {"-u", "-i", "-n", "1", "-f",
+            "%R/z.bin"},
             "%R/z.bin:\nmaintain format:\n"
             "|1 byte |len byte|1 byte  |12 byte   |1 byte| |19 byte |1775 byte |1 byte      |\n"
             "|fuselen|fuseId  |reserved|awb info |awb checksum |reserved|lsc info  |lsc checksum|\n"
@@ -205,7 +209,8 @@ std::vector<Case> cases() {
         {"AfCheckAtTheDefaultDistance", {}, {{kAf, kAfPoint}}, {"-c", "ABC123"}, "dac=-1\n", 0,
             {{kAf, kAfPoint}}},
         {"AfHandEditedFileIsWrittenBackClean", kAbc123,
-            {{kAf, "1 , 0 ,ABC, 10,300,25,123\n" + blanks + ",x\n1,0,ABC,10,300,25\n1,20,DEF,50,310,25,70000"}},
+            {{kAf, "1 , 0 ,ABC, 10,300,25,123\n" + blanks
+            + ",x\n1,0,ABC,10,300,25\n1,20,DEF,50,310,25,70000"}},
             kAfStore, kAfWrote, 0,
             {{kAf, "1,0,ABC,10,300,25,123\n1,20,DEF,50,310,25,4464\n" + kAfPoint}}, {"afcal"}, "",
             {"E/AfCalibrationData: Not expected file format, colum number: 6\n",
@@ -231,16 +236,20 @@ std::vector<Case> cases() {
         {"AfStoreWithAMalformedFuseIdAborts", {{kW, "xxxxABCDABC123"}},
             {{kAf, "1,0,ABC123,10,300,25,1\n"}}, kAfStore, "", -SIGABRT,
             {{kAf, "1,0,ABC123,10,300,25,1\n"}}, {},
-            "Error:fuse-ID length of vendor.camera.sensor.w.fuseID is not a valid number: \"ABCD\"\n"},
+            "Error:fuse-ID length of vendor.camera.sensor.w.fuseID is not a valid number: "
+            "\"ABCD\"\n"},
 
         {"PdOffsetWrite", kAbc123, {}, {"-n", "0", "-o", "1.5,-2", "-L", "2", "-F", "1"}, kPdWrote,
             0, {{kPd, kPdRecord}}, {"pdoffset"}},
         {"PdOffsetSfrDataAndReadBack", kAbc123, {{kPd, kPdRecord}}, {"-n", "0", "-S", kSfr},
             kReadBack, 0, {{kPd, kPdWithSfr}}},
-        {"PdOffsetNewValuesKeepTheSfrData", kAbc123, {{kPd, "1,0,ABC123,2,9,9,1,2,3,4,5,6,7,8,1\n"}},
-            {"-n", "0", "-o", "1.5 , -2", "-L", "2", "-F", "5", "-S", kSfr}, kPdWrote + kReadBack, 0,
+        {"PdOffsetNewValuesKeepTheSfrData", kAbc123, {{kPd,
+            "1,0,ABC123,2,9,9,1,2,3,4,5,6,7,8,1\n"}},
+            {"-n", "0", "-o", "1.5 , -2", "-L", "2", "-F", "5", "-S", kSfr}, kPdWrote + kReadBack,
+            0,
             {{kPd, kPdWithSfr}}, {"pdoffset"}},
-        {"PdOffsetCountWithALeadingZero", kAbc123, {}, {"-n", "0", "-o", "0.1, 0.2 ,0.3", "-L", "03"},
+        {"PdOffsetCountWithALeadingZero", kAbc123, {}, {"-n", "0", "-o", "0.1, 0.2 ,0.3", "-L",
+            "03"},
             kPdWrote, 0, {{kPd, "0,0,ABC123,3,0.1,0.2,0.3,8413\n"}}, {"pdoffset"}},
         {"PdOffsetTooFewValues", kAbc123, {}, {"-n", "0", "-o", "0.1,0.2,0.3", "-L", "4"},
             kPdMismatch, 0, {}},
@@ -263,14 +272,17 @@ std::vector<Case> cases() {
         {"PdOffsetLoadingKeepsWellFormedLines", kAbc123,
             {{kPd, blanks + ",x\n1,0,F1,2,0.5\n 1 , 0 ,F1, 2,0.5 ,0.7, 1234\n1,0,F1,2,0.5,0.7,1,2\n"
                    "1,20,F2,2,0.5,0.7,1,2,3,4,5,6,7,8,70000\n1,21,F1,1,9,5"}},
-            {"-n", "21", "-S", "a,b,c,d,e,f,g,h"}, "can't find camera[21] fuseid\n" + kReadBackEmpty, 0,
+            {"-n", "21", "-S", "a,b,c,d,e,f,g,h"}, "can't find camera[21] fuseid\n"
+            + kReadBackEmpty, 0,
             {{kPd, " 1,0,F1,2,0.5,0.7,1234\n1,20,F2,2,0.5,0.7,1,2,3,4,5,6,7,8,4464\n"
                    "1,21,F1,1,9,a,b,c,d,e,f,g,h,31135\n"}}, {}, "",
             {"E/AfCalibrationData: Not expected file format, colum number: 8\n",
-             "I/AfCalibrationData: exist pdaf offset info : 1,20,F2,2,0.5,0.7,1,2,3,4,5,6,7,8,70000\n"}},
+             "I/AfCalibrationData: exist pdaf offset info : "
+             "1,20,F2,2,0.5,0.7,1,2,3,4,5,6,7,8,70000\n"}},
         {"PdOffsetReadBackRefusesAnAlteredCrc", kAbc123,
             {{kPd, "1,0,OLD,1,1,20085\n1,20,ABC123,2,1.5,-2,999\n"}}, {"-n", "0", "-S", kSfr},
-            kReadBackEmpty, 0, {{kPd, "1,0,OLD,1,1,1,2,3,4,5,6,7,8,30269\n1,20,ABC123,2,1.5,-2,999\n"}},
+            kReadBackEmpty, 0, {{kPd,
+            "1,0,OLD,1,1,1,2,3,4,5,6,7,8,30269\n1,20,ABC123,2,1.5,-2,999\n"}},
             {}, "", {"E/AfCalibrationData: pdOffsetCalData crc check error 34179,999\n"}},
         {"SfrDataRepairsAnAlteredCrc", kAbc123, {{kPd, "1,0,ABC123,2,1.5,-2,999\n"}},
             {"-n", "0", "-S", kSfr}, kReadBack, 0, {{kPd, kPdWithSfr}}},
