@@ -1,10 +1,13 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
+#include <sys/file.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <thread>
 
+#include "common/uniquefd.h"
 #include "tests/support/awblscfile.h"
 #include "tests/support/devicefolder.h"
 
@@ -31,23 +34,26 @@ class Guarantees : public testing::Test {
     const std::string awbLscSource = device.path("awblsc.bin");
 };
 
-TEST_F(Guarantees, StationsStoringAeAndAwbLscAtOnceLoseNothing) {
+TEST_F(Guarantees, StationsStoringAtOnceLoseNothing) {
+    // Eight AE stores, two AWB/LSC stores and four AF points, all at once.
     const std::vector<std::string> ids = {"0", "1", "20", "21", "22", "23", "24", "25", "1", "40"};
     const std::vector<std::string> names = {"w",   "f",   "t", "u", "m",
                                             "t4x", "m2x", "d", "f", "faux"};
-    std::vector<RunResult> results(ids.size());
+    std::vector<RunResult> results(ids.size() + 4);
     std::vector<std::thread> stations;
-    for (size_t i = 0; i < ids.size(); ++i) {
+    for (size_t i = 0; i < results.size(); ++i) {
         stations.emplace_back([&, i] {
             results[i] = device.run(
                 i < 8 ? std::vector<std::string>{"-n", ids[i], "-l", "100", "-s", "200", "-e", "300"}
-                      : std::vector<std::string>{"-u", "-n", ids[i], "-f", awbLscSource});
+                : i < 10 ? std::vector<std::string>{"-u", "-n", ids[i], "-f", awbLscSource}
+                         : std::vector<std::string>{"-n", "0", "-d", std::to_string(i), "-D", "300",
+                                                    "-t", "30"});
         });
     }
     for (std::thread& station : stations) station.join();
     const std::string log = readFile(device.persistFile(kLog));
     EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 10);
-    std::vector<std::string> entries = {kLog};
+    std::vector<std::string> entries = {kLog, "com.nurvak.afc.bin"};
     for (size_t i = 0; i < ids.size(); ++i) {
         const bool ae = i < 8;
         entries.push_back((ae ? "com.nurvak.aecal." : "com.nurvak.awblsccal.") + names[i] + ".bin");
@@ -58,6 +64,11 @@ TEST_F(Guarantees, StationsStoringAeAndAwbLscAtOnceLoseNothing) {
     }
     std::sort(entries.begin(), entries.end());
     EXPECT_EQ(device.persistEntries(), entries);
+    const std::string points = readFile(device.persistFile("com.nurvak.afc.bin"));
+    for (size_t i = ids.size(); i < results.size(); ++i) {
+        EXPECT_NE(points.find("0,0,AB12," + std::to_string(i) + ",300,30,"), std::string::npos);
+    }
+    EXPECT_EQ(std::count(points.begin(), points.end(), '\n'), 4);
 }
 
 // A directory at the temporary AE file's name cannot be made or parsed, but is removed and the
@@ -165,17 +176,27 @@ TEST_F(Guarantees, NextStoreRemovesLeftoverTemporariesOnly) {
     EXPECT_EQ(device.persistEntries(), kept);
 }
 
-// Read back as atof then rounding to the nearest float: the largest float's text stays finite.
-TEST_F(Guarantees, LargestFloatsReadBackRounded) {
-    RunResult result =
-        device.run({"-n", "0", "-L", "3", "-o", "3.4028235e+38,-3.4028235677e+38,3.4028236e+38",
-                    "-S", "1,2,3,4,5,6,7,8"});
-    const std::string largest = "340282346638528859811704183484516925440.000000,";
-    EXPECT_EQ(result.out, "Successfully write " + device.persistFile("com.nurvak.pdoffset.bin") +
-                              "\nsocket init failed\nSuccess write pdoffset:" + largest + "-" +
-                              largest +
-                              "inf,; pdoffsetSfr:1.000000,2.000000,3.000000,4.000000,5.000000,"
-                              "6.000000,7.000000,8.000000,\n");
+TEST_F(Guarantees, FullDiskIsAFailureAndKeepsTheOldFile) {
+    const std::string af = device.persistFile("com.nurvak.afc.bin");
+    writeFile(af, "1,0,AB12,10,300,25,1\n");
+    RunOptions fullDisk;
+    fullDisk.fileSizeLimit = 30;  // the new file needs 46 bytes
+    RunResult result = device.run({"-n", "0", "-d", "50", "-D", "300", "-t", "30"}, fullDisk);
+    EXPECT_EQ(result.out, "Error:failed to write " + af + "\n");
+    EXPECT_EQ(readFile(af), "1,0,AB12,10,300,25,1\n");
+    EXPECT_EQ(device.persistEntries(), std::vector<std::string>{"com.nurvak.afc.bin"});
+}
+
+TEST_F(Guarantees, BusyPersistDirectoryEndsTheStageWithoutWriting) {
+    const std::string directory = device.persistFile("");
+    UniqueFd held(open(directory.c_str(), O_RDONLY | O_DIRECTORY));
+    ASSERT_EQ(flock(held.get(), LOCK_EX), 0);  // another station is rewriting a file
+    RunResult result = device.run({"-n", "0", "-d", "50", "-D", "300", "-t", "30"});
+    EXPECT_EQ(result.out, "Error:persist directory " + directory +
+                              " is in use by another optoquill, gave up after 5000 ms\n"
+                              "Error:failed to write " +
+                              device.persistFile("com.nurvak.afc.bin") + "\n");
+    EXPECT_EQ(device.persistEntries(), std::vector<std::string>{});
 }
 
 }  // namespace

@@ -117,6 +117,7 @@ std::vector<Case> cases() {
     const Args awbStore = {"-u", "-n", "1", "-f", "%R/a.bin"};
     // Once enough to overflow the stack of every later run.
     const std::string blanks(30000, ' ');
+    const std::string largest = "340282346638528859811704183484516925440.000000,";
     const std::string sfrParse = "pdoffsetSfrDataStr parse error: ";
     // clang-format off
     return {
@@ -259,6 +260,14 @@ std::vector<Case> cases() {
         {"PdOffsetOfBlanks", kAbc123, {}, {"-n", "0", "-o", blanks + ",x", "-L", "3"}, kPdMismatch,
             0, {}},
         {"PdOffsetEmpty", kAbc123, {}, {"-n", "0", "-o", "", "-L", "0"}, kPdMismatch, 0, {}},
+        {"PdOffsetLargestFloatsReadBackRounded", kAbc123, {},
+            {"-n", "0", "-L", "3", "-o", "3.4028235e+38,-3.4028235677e+38,3.4028236e+38", "-S",
+             kSfr},
+            kPdWrote + "Success write pdoffset:" + largest + "-" + largest + "inf,; pdoffsetSfr:" +
+            kReadBack.substr(kReadBack.find("pdoffsetSfr:") + 12), 0,
+            {{kPd, "0,0,ABC123,3,3.4028235e+38,-3.4028235677e+38,3.4028236e+38,"
+                   "1,2,3,4,5,6,7,8,26593\n"}},
+            {"pdoffset"}},
         {"SfrDataWithoutARecord", kAbc123, {}, {"-n", "0", "-S", kSfr}, kSfrFailed, 0, {}},
         {"SfrDataSevenValues", kAbc123, {{kPd, kPdRecord}}, {"-n", "0", "-S", "1,2,3,4,5,6,7"},
             sfrParse + "1,2,3,4,5,6,7\n" + kSfrFailed, 0, {{kPd, kPdRecord}}},
