@@ -312,6 +312,15 @@ std::vector<Case> cases() {
             "Failed to write eeprombin\n", 0, {}},
         {"EepromOfAnotherModule", eeprom, {{"%R/abd123.bin", blob(0xC3)}}, {"-E", "%R/abd123.bin"},
             "Failed to write eeprombin\n", 0, {}},
+        {"MissingPersistDirectory", eeprom,
+            {{"%R/mnt/vendor/persist/camera", kAbsent}, {"%R/abc123.bin", blob(0xC3)}},
+            {"-E", "%R/abc123.bin", "-n", "0", "-l", "1", "-s", "2", "-e", "3", "-D", "300", "-t",
+             "30"},
+            "Failed to write eeprombin\nError:Failed to write file %Pcom.nurvak.aecal.w.bin\n"
+            "Error:failed to open log file %P" + std::string(kLog) + "\nError: fail to change "
+            "permissions of %P" + kLog + " to 0644: No such file or directoryError:failed to write "
+            "%Pcom.nurvak.afc.bin\n", 0, {}, {}, "Error changing group ownership of %P" +
+            std::string(kLog) + " to 1000: No such file or directory"},
         {"EepromExportAndAfStoreInOneRun", eeprom, {{"%R/abc123.bin", blob(0xC3)}},
             {"-E", "%R/abc123.bin", "-n", "0", "-d", "50", "-D", "300", "-t", "30"},
             "Successfully write eeprombin\n" + kAfWrote, 0,
@@ -414,7 +423,13 @@ TEST(FrontEnd, UnreadablePropertiesFileStopsBeforeAnyStage) {
                               device.path("no-such-properties") + ": No such file or directory\n");
     EXPECT_EQ(device.persistEntries(), Args{});
 
+    options.propertiesFile = device.root();
+    result = device.run({}, options);
+    EXPECT_EQ(result.err, "optoquill: cannot read properties file " + device.root() +
+                              ": Is a directory\n");
+
     // A line of neither form is only worth a warning.
+    options.propertiesFile = device.path("properties");
     writeFile(options.propertiesFile, "vendor.a=1\nvendor.b: 2\n");
     result = device.run({}, options);
     EXPECT_EQ(result.status, 0);
