@@ -1,21 +1,25 @@
 #include "af/afcalibrationdata.h"
 
 #include <android/log.h>
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
+#include <cerrno>
 #include <cfloat>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <regex>
+#include <string_view>
 
-#include "common/crc16ccitt.h"
+#include "af/aflines.h"
 #include "common/decimaltext.h"
 #include "common/devicepaths.h"
 #include "common/fileattribute.h"
-#include "common/filebytes.h"
 #include "common/fuseidproperty.h"
 #include "common/safefilewriter.h"
+#include "common/uniquefd.h"
 
 const std::map<int, std::string> AfCalibrationData::cameraFuseIdPropertyMap = {
     {0, "vendor.camera.sensor.w.fuseID"},   {1, "vendor.camera.sensor.f.fuseID"},
@@ -60,40 +64,40 @@ namespace {
 
 const char kTag[] = "AfCalibrationData";
 
-// The lines of a text file as getline gives them (a last line without "\n" included); false
-// when the file cannot be read.
-bool readLines(const std::string& file, std::vector<std::string>* lines) {
-    std::vector<unsigned char> content;
-    if (!readWholeFile(file.c_str(), &content)) return false;
-    std::string text(content.begin(), content.end());
-    size_t start = 0;
-    while (start < text.size()) {
-        size_t end = text.find('\n', start);
-        if (end == std::string::npos) end = text.size();
-        lines->push_back(text.substr(start, end - start));
-        start = end + 1;
+// The whole of a file in one buffer; false when it cannot be read.
+bool readText(const std::string& file, std::string* text) {
+    UniqueFd fd(open(file.c_str(), O_RDONLY | O_CLOEXEC));
+    struct stat status;
+    if (!fd.valid() || fstat(fd.get(), &status) != 0) return false;
+    // The size is a hint: a file that grows or shrinks meanwhile is still read to its end.
+    text->resize(status.st_size > 0 ? static_cast<size_t>(status.st_size) + 1 : 4096);
+    size_t used = 0;
+    for (;;) {
+        if (used == text->size()) text->resize(text->size() * 2);
+        const ssize_t count = read(fd.get(), &(*text)[used], text->size() - used);
+        if (count > 0) {
+            used += static_cast<size_t>(count);
+        } else if (count == 0) {
+            break;
+        } else if (errno != EINTR) {
+            return false;
+        }
     }
+    text->resize(used);
     return true;
 }
 
-// The fields of a calibration file line or input list, split on a comma with any white space
-// around it. An empty text after a last comma is no field; empty fields between commas are.
-std::vector<std::string> splitFields(const std::string& line) {
-    static const std::regex separator("\\s*,\\s*", std::regex::ECMAScript);
-    return std::vector<std::string>(
-        std::sregex_token_iterator(line.begin(), line.end(), separator, -1),
-        std::sregex_token_iterator());
-}
-
-uint16_t crcOfText(const std::string& text) {
-    return CRC16CCITT(reinterpret_cast<const unsigned char*>(text.data()),
-                      static_cast<int>(text.size()))
-        .process();
-}
-
-// A stored CRC column as the C library's atoi reads it, kept to 16 bits.
-uint16_t storedCrc(const std::string& text) {
-    return static_cast<uint16_t>(strtoll(text.c_str(), nullptr, 10));
+// Calls `each` with every line of `text` as getline gives them, a last line without "\n"
+// included.
+template <typename Each>
+void forEachLine(std::string_view text, Each each) {
+    size_t start = 0;
+    while (start < text.size()) {
+        size_t end = text.find('\n', start);
+        if (end == std::string_view::npos) end = text.size();
+        each(text.substr(start, end - start));
+        start = end + 1;
+    }
 }
 
 // The value of a camera's property in `properties`; when it is empty, that of the first backup
@@ -126,18 +130,16 @@ size_t valueCount(const AfCalibrationData::pdOffsetCalData& record) {
     return std::min(static_cast<size_t>(std::max(count, 0)), record.pdOffset.size());
 }
 
-std::string afLine(const AfCalibrationData::afCalData& record) {
-    return record.useFlag + "," + record.camera + "," + record.fuseId + "," + record.dist + "," +
-           record.dac + "," + record.temp + "," + std::to_string(record.crc) + "\n";
+std::vector<std::string_view> afTexts(const AfCalibrationData::afCalData& record) {
+    return {record.useFlag, record.camera, record.fuseId, record.dist, record.dac, record.temp};
 }
 
-std::string pdOffsetLine(const AfCalibrationData::pdOffsetCalData& record) {
-    std::string line = record.useFlag + "," + record.camera + "," + record.fuseId + "," +
-                       record.pdOffsetLength + ",";
-    const size_t count = valueCount(record);
-    for (size_t i = 0; i < count; ++i) line += record.pdOffset[i] + ",";
-    for (const std::string& sfr : record.pdOffsetSfrData) line += sfr + ",";
-    return line + std::to_string(record.crc) + "\n";
+std::vector<std::string_view> pdOffsetHead(const AfCalibrationData::pdOffsetCalData& record) {
+    return {record.useFlag, record.camera, record.fuseId, record.pdOffsetLength};
+}
+
+std::vector<std::string_view> viewsOf(const std::vector<std::string>& texts, size_t count) {
+    return std::vector<std::string_view>(texts.begin(), texts.begin() + count);
 }
 
 // A value as atof reads it, as a float; out of a float's range it is an infinity.
@@ -148,18 +150,19 @@ float toFloat(const std::string& text) {
     return static_cast<float>(value);
 }
 
-// Replaces a whole calibration text file with `lines`, each logged as it goes; false (and the
-// old file kept) when it could not be written.
-bool rewriteFile(const std::string& file, const std::vector<std::string>& lines) {
+// Replaces a whole calibration text file with the lines that `build` appends to one buffer
+// (logging each as it goes) in one write; false (and the old file kept) when it could not be
+// written.
+template <typename Build>
+bool rewriteFile(const std::string& file, Build build) {
     SafeFileWriter out(file);
     if (!out.open()) {
         __android_log_print(ANDROID_LOG_ERROR, kTag, "flush:failed to open file %s\n", file.c_str());
         return false;
     }
-    for (const std::string& line : lines) {
-        __android_log_print(ANDROID_LOG_INFO, kTag, "write record: %s", line.c_str());
-        out.write(line);
-    }
+    std::string content;
+    build(&content);
+    out.write(content);
     if (!out.commit()) {
         __android_log_print(ANDROID_LOG_ERROR, kTag, "flush:failed to write file %s\n",
                             file.c_str());
@@ -167,6 +170,12 @@ bool rewriteFile(const std::string& file, const std::vector<std::string>& lines)
     }
     changeFileAttribute(file.c_str());
     return true;
+}
+
+// Logs the line that `content` gained from `from` on.
+void logWritten(const std::string& content, size_t from) {
+    __android_log_print(ANDROID_LOG_INFO, kTag, "write record: %.*s",
+                        static_cast<int>(content.size() - from), content.data() + from);
 }
 
 int dacTolerance(int largestDac) {
@@ -185,29 +194,29 @@ bool AfCalibrationData::init() {
 }
 
 bool AfCalibrationData::parse() {
-    std::vector<std::string> lines;
-    if (!readLines(path, &lines)) {
+    std::string text;
+    if (!readText(path, &text)) {
         __android_log_print(ANDROID_LOG_INFO, kTag, "Filed not Exist %s", path.c_str());
         return true;
     }
-    for (const std::string& line : lines) {
-        std::vector<std::string> columns = splitFields(line);
-        if (columns.size() != 7) {
+    forEachLine(text, [this](std::string_view line) {
+        const DecodedLine decoded = decodeAfLine(line);
+        if (decoded.status != LineStatus::ok) {
             __android_log_print(ANDROID_LOG_ERROR, kTag,
-                                "Not expected file format, colum number: %d",
-                                static_cast<int>(columns.size()));
-            continue;
+                                "Not expected file format, colum number: %d", decoded.columnCount);
+            return;
         }
+        const std::vector<std::string_view>& f = decoded.fields;
         // The stored CRC is kept as it is: only write() re-sums a record it changes.
-        afCalData record{columns[0], columns[1], columns[2],           columns[3],
-                         columns[4], columns[5], storedCrc(columns[6])};
+        afCalData record{std::string(f[0]), std::string(f[1]), std::string(f[2]), std::string(f[3]),
+                         std::string(f[4]), std::string(f[5]), decoded.storedCrc};
         __android_log_print(ANDROID_LOG_INFO, kTag,
                             "exist calibration info: %s, %s, %s, %s, %s, %s, %s\n",
                             record.useFlag.c_str(), record.camera.c_str(), record.fuseId.c_str(),
                             record.dist.c_str(), record.dac.c_str(), record.temp.c_str(),
                             std::to_string(record.crc).c_str());
-        afCalDataList.push_back(record);
-    }
+        afCalDataList.push_back(std::move(record));
+    });
     return true;
 }
 
@@ -232,8 +241,7 @@ int AfCalibrationData::find(std::string fuseId, std::string dist) {
 }
 
 int AfCalibrationData::check(const afCalData* record) {
-    return crcOfText(record->useFlag + record->camera + record->fuseId + record->dist +
-                     record->dac + record->temp);
+    return afRecordCrc(afTexts(*record));
 }
 
 int AfCalibrationData::getDac(std::string& fuseId, int dist) {
@@ -248,9 +256,13 @@ int AfCalibrationData::getDac(std::string& fuseId, int dist) {
 }
 
 bool AfCalibrationData::flush() {
-    std::vector<std::string> lines;
-    for (const afCalData& record : afCalDataList) lines.push_back(afLine(record));
-    return rewriteFile(path, lines);
+    return rewriteFile(path, [this](std::string* content) {
+        for (const afCalData& record : afCalDataList) {
+            const size_t from = content->size();
+            appendAfLine(content, afTexts(record), record.crc);
+            logWritten(*content, from);
+        }
+    });
 }
 
 bool AfCalibrationData::write(const std::string& camera, int dist, int dac, int temp, int useFlag) {
@@ -351,23 +363,25 @@ void AfCalibrationData::pdOffsetInit() {
 }
 
 void AfCalibrationData::pdOffsetParse() {
-    std::vector<std::string> lines;
-    if (!readLines(pdOffsetPath, &lines)) {
+    std::string text;
+    if (!readText(pdOffsetPath, &text)) {
         __android_log_print(ANDROID_LOG_INFO, kTag, "Filed not Exist %s", pdOffsetPath.c_str());
         return;
     }
-    for (const std::string& line : lines) {
-        std::vector<std::string> fields = splitFields(line);
-        if (fields.size() < 6) continue;
-        const long long count = static_cast<long long>(fields.size());
-        const long long n =
-            leadingDecimalOrAbort(fields[3], "PD-offset length of fuse ID " + fields[2]);
-        // With a negative N the SFR data would overlap the record's head: no writer makes one.
-        if (n < 0 || (count != n + 5 && count != n + 13)) {
-            __android_log_print(ANDROID_LOG_ERROR, kTag,
-                                "Not expected file format, colum number: %d",
-                                static_cast<int>(count));
-            continue;
+    forEachLine(text, [this](std::string_view line) {
+        const DecodedLine decoded = decodePdOffsetLine(line);
+        const std::vector<std::string_view>& fields = decoded.fields;
+        if (decoded.status == LineStatus::lengthNotANumber) {
+            abortOnBadNumber("PD-offset length of fuse ID " + std::string(fields[2]),
+                             std::string(fields[3]));
+        }
+        if (decoded.status != LineStatus::ok) {
+            if (decoded.columnCount >= 6) {
+                __android_log_print(ANDROID_LOG_ERROR, kTag,
+                                    "Not expected file format, colum number: %d",
+                                    decoded.columnCount);
+            }
+            return;
         }
         pdOffsetCalData record;
         record.useFlag = fields[0];
@@ -375,13 +389,17 @@ void AfCalibrationData::pdOffsetParse() {
         record.fuseId = fields[2];
         record.pdOffsetLength = fields[3];
         auto values = fields.begin() + 4;
-        record.pdOffset.assign(values, values + n);
-        if (count == n + 13) record.pdOffsetSfrData.assign(values + n, values + n + 8);
+        record.pdOffset.assign(values, values + decoded.valueCount);
+        if (decoded.hasSfrData) {
+            record.pdOffsetSfrData.assign(values + decoded.valueCount,
+                                          values + decoded.valueCount + 8);
+        }
         // The stored CRC is kept as it is: only the read-back checks it.
-        record.crc = storedCrc(fields.back());
-        __android_log_print(ANDROID_LOG_INFO, kTag, "exist pdaf offset info : %s", line.c_str());
-        pdOffsetCalDataList.push_back(record);
-    }
+        record.crc = decoded.storedCrc;
+        __android_log_print(ANDROID_LOG_INFO, kTag, "exist pdaf offset info : %.*s",
+                            static_cast<int>(line.size()), line.data());
+        pdOffsetCalDataList.push_back(std::move(record));
+    });
 }
 
 int AfCalibrationData::pdOffsetFind(std::string fuseId) {
@@ -393,24 +411,26 @@ int AfCalibrationData::pdOffsetFind(std::string fuseId) {
 
 int AfCalibrationData::pdOffsetCheck(const pdOffsetCalData* record) {
     if (record == nullptr) return 0;
-    // The values stand bare, while every SFR text keeps a comma after it; stored files rely on
-    // exactly this.
-    std::string text = record->useFlag + record->camera + record->fuseId + record->pdOffsetLength;
-    const size_t count = valueCount(*record);
-    for (size_t i = 0; i < count; ++i) text += record->pdOffset[i];
-    for (const std::string& sfr : record->pdOffsetSfrData) text += sfr + ",";
-    return crcOfText(text);
+    return pdOffsetRecordCrc(pdOffsetHead(*record), viewsOf(record->pdOffset, valueCount(*record)),
+                             viewsOf(record->pdOffsetSfrData, record->pdOffsetSfrData.size()));
 }
 
 bool AfCalibrationData::pdOffsetFlush() {
-    std::vector<std::string> lines;
-    for (const pdOffsetCalData& record : pdOffsetCalDataList) lines.push_back(pdOffsetLine(record));
-    return rewriteFile(pdOffsetPath, lines);
+    return rewriteFile(pdOffsetPath, [this](std::string* content) {
+        for (const pdOffsetCalData& record : pdOffsetCalDataList) {
+            const size_t from = content->size();
+            appendPdOffsetLine(
+                content, pdOffsetHead(record), viewsOf(record.pdOffset, valueCount(record)),
+                viewsOf(record.pdOffsetSfrData, record.pdOffsetSfrData.size()), record.crc);
+            logWritten(*content, from);
+        }
+    });
 }
 
 bool AfCalibrationData::pdOffsetWrite(const std::string& camera, int pdOffsetLength,
                                       std::string pdOffset, int useFlag) {
-    std::vector<std::string> values = splitFields(pdOffset);
+    const std::vector<std::string_view> pieces = splitFields(pdOffset);
+    std::vector<std::string> values(pieces.begin(), pieces.end());
     if (static_cast<long long>(values.size()) != pdOffsetLength) {
         // No newline: the stage's failure line completes it.
         fprintf(stdout, "input parse is error, pdoffset length and pdoffset data is mismatch");

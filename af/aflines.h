@@ -1,0 +1,64 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+// The line layer of the AF and PD-offset files: splitting, decoding, encoding and summing one
+// line. Nothing here reads or writes a file, prints, logs or aborts, so the store and the
+// read-only audit decode a line with the same code, and a hostile line costs linear time.
+//
+// Both files hold comma-separated texts, each followed by ",", and end the line with a CRC-16 in
+// decimal and "\n":
+//   AF:         use flag, camera id, fuse ID, distance, DAC, temperature, CRC
+//   PD-offset:  use flag, camera id, fuse ID, N, N values, [8 SFR texts], CRC
+
+// The fields of a line as a reader sees them: the pieces between separators, a separator being a
+// comma with any white space (" \t\n\v\f\r") on either side. Empty pieces between commas count;
+// an empty piece after the last comma does not; blanks at the very start and end of the line
+// stay. A line without a comma is one field, even when empty. The views point into `line`.
+std::vector<std::string_view> splitFields(std::string_view line);
+
+// What a loader does with a line.
+enum class LineStatus {
+    ok,
+    columnCount,       // dropped for its field count (columnCount)
+    lengthNotANumber,  // a PD-offset line whose N field is no decimal int: the load must abort
+};
+
+// One decoded line of either file.
+struct DecodedLine {
+    LineStatus status = LineStatus::ok;
+    int columnCount = 0;
+    std::vector<std::string_view> fields;  // every field as split, the CRC text last
+    int valueCount = 0;                    // PD-offset: N
+    bool hasSfrData = false;               // PD-offset: 8 SFR texts follow the values
+    uint16_t storedCrc = 0;                // the last field as atoi reads it, kept to 16 bits
+    uint16_t computedCrc = 0;  // the CRC of the texts, as the writers and the read-back sum them
+};
+
+// An AF line: ok with exactly 7 fields.
+DecodedLine decodeAfLine(std::string_view line);
+
+// A PD-offset line: ok with N+5 or N+13 fields. Fewer than 6 fields, a negative N or another
+// count is columnCount (a loader skips fewer than 6 silently); an N that is no int stops there.
+DecodedLine decodePdOffsetLine(std::string_view line);
+
+// The CRC of an AF record: its six texts concatenated.
+uint16_t afRecordCrc(const std::vector<std::string_view>& texts);
+
+// The CRC of a PD-offset record: its first four texts and its values concatenated bare, then
+// every SFR text followed by "," (stored files rely on exactly this asymmetry).
+uint16_t pdOffsetRecordCrc(const std::vector<std::string_view>& head,
+                           const std::vector<std::string_view>& values,
+                           const std::vector<std::string_view>& sfrData);
+
+// Appends an AF line: the six texts each followed by ",", the CRC in decimal, "\n".
+void appendAfLine(std::string* out, const std::vector<std::string_view>& texts, uint16_t crc);
+
+// Appends a PD-offset line: the four head texts, the values and the SFR texts each followed by
+// ",", the CRC in decimal, "\n".
+void appendPdOffsetLine(std::string* out, const std::vector<std::string_view>& head,
+                        const std::vector<std::string_view>& values,
+                        const std::vector<std::string_view>& sfrData, uint16_t crc);

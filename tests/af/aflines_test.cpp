@@ -1,0 +1,65 @@
+#include "af/aflines.h"
+
+#include <gtest/gtest.h>
+
+#include <random>
+#include <regex>
+
+namespace {
+
+// The split has always been the regex token split on "\s*,\s*"; the scan must give the same
+// fields for every line.
+TEST(AfLines, SplitIsTheRegexTokenSplit) {
+    const std::regex separator("\\s*,\\s*", std::regex::ECMAScript);
+    const char alphabet[] = {'x', ',', ' ', '\t', '\n', '\v', '\f', '\r', '\0', '\xa0', '\x85'};
+    std::mt19937 random(12);
+    for (int round = 0; round < 30000; ++round) {
+        std::string line(random() % 10, ' ');
+        for (char& c : line) c = alphabet[random() % sizeof alphabet];
+        const std::vector<std::string> expected(
+            std::sregex_token_iterator(line.begin(), line.end(), separator, -1),
+            std::sregex_token_iterator());
+        const std::vector<std::string_view> fields = splitFields(line);
+        ASSERT_EQ(std::vector<std::string>(fields.begin(), fields.end()), expected)
+            << testing::PrintToString(line);
+    }
+}
+
+TEST(AfLines, DecodeReadsCountsLengthsAndCrcsAsTheLoaderDoes) {
+    struct Case {
+        bool pdOffset;
+        const char* line;
+        LineStatus status;
+        int columns;
+        int values;
+        bool sfr;
+        uint16_t stored;
+        uint16_t computed;
+    };
+    const LineStatus ok = LineStatus::ok, count = LineStatus::columnCount,
+                     nan = LineStatus::lengthNotANumber;
+    for (const Case& c : {
+             Case{false, "0 ,0,ABC123,50,300,30, 30010x", ok, 7, 0, false, 30010, 30010},
+             Case{false, "1,0,A,1,2,3,-1", ok, 7, 0, false, 65535, 18270},
+             Case{false, "1,0,A,1,2,3,99999999999999999999", ok, 7, 0, false, 65535, 18270},
+             Case{false, "1,0,A,1,2,3,-9223372036854775809", ok, 7, 0, false, 0, 18270},
+             Case{false, "1,0,A,1,2,3,9223372036854775807", ok, 7, 0, false, 65535, 18270},
+             Case{false, "1,0,A,1,2,3,-65537", ok, 7, 0, false, 65535, 18270},
+             Case{false, "1,0,A,1,2,3,", count, 6, 0, false, 0, 0},
+             Case{true, "1,0,ABC123,2,1.5,-2,41386", ok, 7, 2, false, 41386, 41386},
+             Case{true, "1,0,ABC123, +2x,1.5,-2,1,2,3,4,5,6,7,8,x", ok, 15, 2, true, 0, 15195},
+             Case{true, "1,0,F,2,0.5", count, 5, 0, false, 0, 0},
+             Case{true, "1,0,F,-1,a,b,c,d", count, 8, 0, false, 0, 0},
+             Case{true, "1,0,F,2147483648,a,b", nan, 6, 0, false, 0, 0},
+             Case{true, "1,0,F,x1,a,b", nan, 6, 0, false, 0, 0},
+         }) {
+        const DecodedLine d = c.pdOffset ? decodePdOffsetLine(c.line) : decodeAfLine(c.line);
+        EXPECT_EQ(testing::PrintToString(std::make_tuple(d.status, d.columnCount, d.valueCount,
+                                                         d.hasSfrData, d.storedCrc, d.computedCrc)),
+                  testing::PrintToString(
+                      std::make_tuple(c.status, c.columns, c.values, c.sfr, c.stored, c.computed)))
+            << c.line;
+    }
+}
+
+}  // namespace
