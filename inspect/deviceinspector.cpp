@@ -6,6 +6,7 @@
 
 #include "ae/aecalibrationfilesmanager.h"
 #include "af/afcalibrationdata.h"
+#include "af/aflines.h"
 #include "awblsc/eepromcalibrationfilesmanager.h"
 #include "cli/cameramap.h"
 #include "common/calibrationfilesmanager.h"
@@ -225,11 +226,117 @@ InspectReport::Camera* DeviceInspector::cameraOfFocusFuseId(const std::string& f
 }
 
 void DeviceInspector::inspectAfFile() {
-    report.afFile.name = baseName(AfCalibrationData::afCalFilePath);
+    InspectReport::TextFile& file = report.afFile;
+    file.name = baseName(AfCalibrationData::afCalFilePath);
+    std::vector<unsigned char> bytes;
+    file.presence = readFile(file.name, &bytes);
+    if (file.presence != InspectReport::Presence::read) return;
+    const std::vector<std::string> lines = linesOf(bytes);
+    file.lines = static_cast<int>(lines.size());
+    for (size_t i = 0; i < lines.size(); ++i) {
+        const int number = static_cast<int>(i + 1);
+        const std::string where = "Line " + std::to_string(number) + " of " + file.name;
+        const DecodedLine line = decodeAfLine(lines[i]);
+        if (line.status != LineStatus::ok) {
+            file.droppedLines.push_back(number);
+            problem("dropped-line", file.name, "",
+                    where + " has " + std::to_string(line.columnCount) +
+                        " columns instead of 7, so the next AF store drops it.");
+            continue;
+        }
+        InspectReport::AfPoint point;
+        point.line = number;
+        point.useFlag = std::string(line.fields[0]);
+        point.camera = std::string(line.fields[1]);
+        point.fuseId = std::string(line.fields[2]);
+        point.distance = std::string(line.fields[3]);
+        point.dac = std::string(line.fields[4]);
+        point.temperature = std::string(line.fields[5]);
+        point.crcOk = line.storedCrc == line.computedCrc;
+        InspectReport::Camera* camera = cameraOfFocusFuseId(point.fuseId);
+        if (!point.crcOk) {
+            file.crcFailures.push_back(number);
+            problem("crc", file.name, camera == nullptr ? "" : camera->name,
+                    where + " (fuse ID " + quoted(point.fuseId) + ", distance " + point.distance +
+                        ") has CRC " + std::to_string(line.storedCrc) + " stored but " +
+                        std::to_string(line.computedCrc) + " computed.");
+        }
+        if (camera != nullptr) {
+            camera->afPoints.push_back(point);
+        } else {
+            report.unfittedAfPoints.push_back(point);
+        }
+    }
+    // One problem per module that is no longer fitted, however many points it left.
+    std::map<std::string, int> pointsOf;
+    std::vector<std::string> order;
+    for (const InspectReport::AfPoint& point : report.unfittedAfPoints) {
+        if (pointsOf[point.fuseId]++ == 0) order.push_back(point.fuseId);
+    }
+    for (const std::string& fuseId : order) {
+        const int count = pointsOf[fuseId];
+        problem("fuse-id", file.name, "",
+                file.name + " holds " + std::to_string(count) + " AF point" +
+                    (count == 1 ? "" : "s") + " of fuse ID " + quoted(fuseId) +
+                    ", which no fitted sensor has.");
+    }
 }
 
 void DeviceInspector::inspectPdOffsetFile() {
-    report.pdOffsetFile.name = baseName(AfCalibrationData::pdOffsetCalFilePath);
+    InspectReport::TextFile& file = report.pdOffsetFile;
+    file.name = baseName(AfCalibrationData::pdOffsetCalFilePath);
+    std::vector<unsigned char> bytes;
+    file.presence = readFile(file.name, &bytes);
+    if (file.presence != InspectReport::Presence::read) return;
+    const std::vector<std::string> lines = linesOf(bytes);
+    file.lines = static_cast<int>(lines.size());
+    for (size_t i = 0; i < lines.size(); ++i) {
+        const int number = static_cast<int>(i + 1);
+        const std::string where = "Line " + std::to_string(number) + " of " + file.name;
+        const DecodedLine line = decodePdOffsetLine(lines[i]);
+        if (line.status == LineStatus::lengthNotANumber) {
+            file.droppedLines.push_back(number);
+            problem("dropped-line", file.name, "",
+                    where +
+                        " has a value count that is not a number, so a PD-offset store "
+                        "stops abnormally on it.");
+            continue;
+        }
+        if (line.status != LineStatus::ok) {
+            file.droppedLines.push_back(number);
+            problem("dropped-line", file.name, "",
+                    where + " has " + std::to_string(line.columnCount) +
+                        " fields, which no PD-offset record has, so the next PD-offset store "
+                        "drops it.");
+            continue;
+        }
+        InspectReport::PdOffsetRecord record;
+        record.line = number;
+        record.useFlag = std::string(line.fields[0]);
+        record.camera = std::string(line.fields[1]);
+        record.fuseId = std::string(line.fields[2]);
+        record.valueCount = line.valueCount;
+        record.sfrPresent = line.hasSfrData;
+        record.crcOk = line.storedCrc == line.computedCrc;
+        InspectReport::Camera* camera = cameraOfFocusFuseId(record.fuseId);
+        if (!record.crcOk) {
+            file.crcFailures.push_back(number);
+            problem("crc", file.name, camera == nullptr ? "" : camera->name,
+                    where + " (fuse ID " + quoted(record.fuseId) + ") has CRC " +
+                        std::to_string(line.storedCrc) + " stored but " +
+                        std::to_string(line.computedCrc) +
+                        " computed, so the read-back refuses it.");
+        }
+        if (camera == nullptr) {
+            report.unfittedPdOffsets.push_back(record);
+            problem("fuse-id", file.name, "",
+                    where + " holds the PD offsets of fuse ID " + quoted(record.fuseId) +
+                        ", which no fitted sensor has.");
+        } else if (!camera->hasPdOffset) {  // the read-back takes a module's first record
+            camera->hasPdOffset = true;
+            camera->pdOffset = record;
+        }
+    }
 }
 
 void DeviceInspector::inspectEepromCopy(const std::string& name) {

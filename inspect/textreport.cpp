@@ -28,7 +28,7 @@ void table(std::string* out, int indent, const std::string& label,
     for (size_t r = 0; r < rows.size(); ++r) {
         std::string line;
         for (size_t i = 0; i < rows[r].size(); ++i) {
-            line += i + 1 == rows[r].size() ? rows[r][i] : padded(rows[r][i], widths[i] + 1);
+            line += i + 1 == rows[r].size() ? rows[r][i] : padded(rows[r][i], widths[i] + 2);
         }
         if (label.empty()) {
             *out += std::string(static_cast<size_t>(indent), ' ') + line + "\n";
