@@ -61,6 +61,12 @@ bool isTemporary(const std::string& name) {
     return dot > 1 && name.size() - dot == 7;
 }
 
+// The short name of a camera id as the AF and PD-offset lines carry it; empty for none.
+std::string cameraNamed(const std::string& roleId) {
+    auto entry = cameraMap.find(roleId);
+    return entry == cameraMap.end() ? "" : entry->second;
+}
+
 bool endsWith(const std::string& text, const std::string& tail) {
     return text.size() >= tail.size() &&
            text.compare(text.size() - tail.size(), tail.size(), tail) == 0;
@@ -108,8 +114,7 @@ InspectReport::Presence DeviceInspector::readFile(const std::string& name,
             return InspectReport::Presence::absent;
         case PersistDirectory::Read::notRegular:
             problem("unreadable", name, camera,
-                    name + " is a " + directory.find(name)->type +
-                        ", not a regular file, so the camera service cannot load it.");
+                    name + " is a " + directory.find(name)->type + ", not a regular file.");
             return InspectReport::Presence::unreadable;
         case PersistDirectory::Read::failed:
             break;
@@ -269,13 +274,14 @@ void DeviceInspector::inspectAfFile() {
     }
     // One problem per module that is no longer fitted, however many points it left.
     std::map<std::string, int> pointsOf;
-    std::vector<std::string> order;
+    std::vector<const InspectReport::AfPoint*> firsts;
     for (const InspectReport::AfPoint& point : report.unfittedAfPoints) {
-        if (pointsOf[point.fuseId]++ == 0) order.push_back(point.fuseId);
+        if (pointsOf[point.fuseId]++ == 0) firsts.push_back(&point);
     }
-    for (const std::string& fuseId : order) {
+    for (const InspectReport::AfPoint* first : firsts) {
+        const std::string& fuseId = first->fuseId;
         const int count = pointsOf[fuseId];
-        problem("fuse-id", file.name, "",
+        problem("fuse-id", file.name, cameraNamed(first->camera),
                 file.name + " holds " + std::to_string(count) + " AF point" +
                     (count == 1 ? "" : "s") + " of fuse ID " + quoted(fuseId) +
                     ", which no fitted sensor has.");
@@ -329,7 +335,7 @@ void DeviceInspector::inspectPdOffsetFile() {
         }
         if (camera == nullptr) {
             report.unfittedPdOffsets.push_back(record);
-            problem("fuse-id", file.name, "",
+            problem("fuse-id", file.name, cameraNamed(record.camera),
                     where + " holds the PD offsets of fuse ID " + quoted(record.fuseId) +
                         ", which no fitted sensor has.");
         } else if (!camera->hasPdOffset) {  // the read-back takes a module's first record
