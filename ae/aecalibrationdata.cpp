@@ -4,7 +4,7 @@
 
 #include <cstdio>
 
-#include "common/crc16ccitt.h"
+#include "ae/aerecord.h"
 #include "common/filebytes.h"
 #include "common/recordfile.h"
 
@@ -24,31 +24,23 @@ bool AeCalibrationData::parse(char const* file) {
     const int size = static_cast<int>(data.size());
     __android_log_print(ANDROID_LOG_DEBUG, kTag, "data file size %d", size);
 
-    const int fuseLength = static_cast<int>(byteAt(0));
-    fuseIdHex += hexText(data, 1, fuseLength);
-
-    // Each value is 2 bytes at a fixed offset, whatever its length byte says.
-    const size_t base = 1 + fuseLength;
-    const int lengths = fuseLength + byteAt(base) + byteAt(base + 3) + byteAt(base + 6);
-    luma = static_cast<int>(shortAt(base + 1));
-    gain = static_cast<int>(shortAt(base + 4));
-    exposure = static_cast<int>(shortAt(base + 7));
-
-    int covered = 0;
-    if (size == fuseLength + 12) {
+    const AeRecord record = AeRecord::decode(data);
+    fuseIdHex += record.fuseIdHex;
+    luma = record.luma;
+    gain = record.gain;
+    exposure = record.exposure;
+    if (record.form == AeRecord::Form::maintain) {
         hasCrc = true;
-        covered = size - 2;
-    } else if (size == fuseLength + 10) {
+    } else if (record.form == AeRecord::Form::factory) {
         __android_log_print(ANDROID_LOG_DEBUG, kTag, "factory source file");
-        covered = size;
     } else {
         // The message has more conversions than values; the values it was never given are 0.
         __android_log_print(ANDROID_LOG_ERROR, kTag,
                             "%s: fileSize(%d) != (1 + %d + 1 + %d + 1 + %d + 1 + %d)", file, size,
-                            lengths, 0, 0, 0);
+                            record.lengthSum, 0, 0, 0);
         return false;
     }
-    crc = CRC16CCITT(data.data(), covered).process();
+    crc = record.computedCrc;
     if (hasCrc) {
         const unsigned stored = byteAt(size - 2) * 256 + byteAt(size - 1);
         // Reported only: a record with a wrong CRC is still valid.
@@ -60,7 +52,7 @@ bool AeCalibrationData::parse(char const* file) {
     __android_log_print(ANDROID_LOG_DEBUG, kTag,
                         "file_byte=%d, luma=%d, gain=%d, exposure=%d, crc=0x%04x\n", size, luma,
                         gain, exposure, static_cast<unsigned>(crc));
-    __android_log_print(ANDROID_LOG_DEBUG, kTag, "fuse byte=%d, id=%s\n", fuseLength,
+    __android_log_print(ANDROID_LOG_DEBUG, kTag, "fuse byte=%d, id=%s\n", record.fuseLength,
                         fuseIdHex.c_str());
     path = file;
     isValid = true;

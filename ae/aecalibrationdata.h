@@ -13,7 +13,8 @@ class AeCalibrationData {
   public:
     AeCalibrationData() = default;
 
-    // Reads and checks a file of either form. A CRC that does not match is logged but accepted.
+    // Reads and checks a file of either form (AeRecord takes it apart) and logs what it found. A
+    // CRC that does not match is logged but accepted.
     bool parse(char const* file);
 
     // Stores the record in maintain form; a factory-form record gains its CRC.
@@ -28,7 +29,6 @@ class AeCalibrationData {
   private:
     // The byte at `offset`, or 0 past the end of a short file.
     unsigned byteAt(size_t offset) const { return offset < data.size() ? data[offset] : 0; }
-    unsigned shortAt(size_t offset) const { return byteAt(offset) | byteAt(offset + 1) << 8; }
 
     const char* path = nullptr;  // the caller's, from the last successful parse
     uint16_t crc = 0;

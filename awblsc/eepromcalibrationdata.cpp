@@ -4,6 +4,7 @@
 
 #include <cstdio>
 
+#include "awblsc/awblscrecord.h"
 #include "common/filebytes.h"
 #include "common/recordfile.h"
 
@@ -11,10 +12,20 @@ namespace {
 
 const char kTag[] = "EEPROMCalibrationData";
 
-constexpr size_t kAwbCoveredStart = 5;  // after the fuse ID: the AWB block's last 9 bytes
-constexpr size_t kAwbCoveredEnd = 13;
-constexpr size_t kLscCoveredStart = 37;  // the LSC block's last 1772 bytes
-constexpr size_t kLscCoveredEnd = 1808;
+// Whether a block's checksum holds; prints why not.
+bool blockHolds(const char* name, const AwbLscRecord::Block& block, size_t size, const char* file) {
+    if (!block.present) {
+        fprintf(stdout, "%s information is cut short (file size %d), file %s is invalid!", name,
+                static_cast<int>(size), file);
+        return false;
+    }
+    if (!block.ok()) {
+        fprintf(stdout, "%s information checksum is %d, checksum in file is %d, file %s is invalid!",
+                name, block.computed, block.stored, file);
+        return false;
+    }
+    return true;
+}
 
 }  // namespace
 
@@ -27,35 +38,15 @@ bool EepromCalibrationData::parse(char const* file) {
     data = std::move(content);
     __android_log_print(ANDROID_LOG_INFO, kTag, "data file size %d", static_cast<int>(data.size()));
 
-    const size_t fuseLength = data.empty() ? 0 : data[0];
-    fuseIdHex += hexText(data, 1, fuseLength);
-
-    if (!checkBlock("AWB", fuseLength + kAwbCoveredStart, fuseLength + kAwbCoveredEnd, file) ||
-        !checkBlock("LSC", fuseLength + kLscCoveredStart, fuseLength + kLscCoveredEnd, file)) {
+    const AwbLscRecord record = AwbLscRecord::decode(data);
+    fuseIdHex += record.fuseIdHex;
+    // AWB first: when it fails the LSC block is not reported.
+    if (!blockHolds("AWB", record.awb, record.size, file) ||
+        !blockHolds("LSC", record.lsc, record.size, file)) {
         return false;
     }
     path = file;
     isValid = true;
-    return true;
-}
-
-bool EepromCalibrationData::checkBlock(const char* block, size_t from, size_t to,
-                                       const char* file) const {
-    const size_t storedAt = to + 1;
-    if (storedAt >= data.size()) {
-        fprintf(stdout, "%s information is cut short (file size %d), file %s is invalid!", block,
-                static_cast<int>(data.size()), file);
-        return false;
-    }
-    unsigned sum = 0;
-    for (size_t i = from; i <= to; ++i) sum += data[i];
-    const int checksum = static_cast<int>(sum % 255 + 1);
-    const int stored = data[storedAt];
-    if (checksum != stored) {
-        fprintf(stdout, "%s information checksum is %d, checksum in file is %d, file %s is invalid!",
-                block, checksum, stored, file);
-        return false;
-    }
     return true;
 }
 

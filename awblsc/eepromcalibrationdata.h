@@ -14,7 +14,7 @@ class EepromCalibrationData {
   public:
     EepromCalibrationData() = default;
 
-    // Reads a file and checks both checksums, AWB first.
+    // Reads a file (AwbLscRecord takes it apart) and checks both checksums, AWB first.
     bool parse(char const* file);
 
     // Stores the file's bytes unchanged.
@@ -27,9 +27,6 @@ class EepromCalibrationData {
     void dump();
 
   private:
-    // Whether the checksum of bytes `from` to `to` equals the byte at `to + 1`; prints why not.
-    bool checkBlock(const char* block, size_t from, size_t to, const char* file) const;
-
     const char* path = nullptr;  // the caller's, from the last successful parse
     bool isValid = false;
     std::vector<unsigned char> data;

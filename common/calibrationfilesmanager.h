@@ -74,25 +74,24 @@ class CalibrationFilesManager {
 
     void writeLog(bool ok) const { appendCalibrationLog(camera, logKind, ok); }
 
-    // The sensor's fuse ID for a role id: the short-named property first, the role-named one
-    // when the first is empty; an empty text when neither is set.
+    // The sensor's fuse-ID property for a role id: the short-named property first, the
+    // role-named one when the first is empty; unset when neither is. Reads only.
+    static FuseIdProperty lookUpFuseId(const CalibrationFileTables& tables, int roleId) {
+        auto named = [roleId](const std::map<int, std::string>& table) {
+            auto entry = table.find(roleId);
+            return entry == table.end() ? nullptr : &entry->second;
+        };
+        return readFuseIdProperty({named(tables.fuseIdProperty), named(tables.roleFuseIdProperty)});
+    }
+
+    // The sensor's fuse ID for a role id, logged; an empty text when no property is set.
     static std::string readFuseId(const CalibrationFileTables& tables, int roleId,
                                   const char* logTag) {
-        std::string value;
-        std::string property;
-        for (const auto* table : {&tables.fuseIdProperty, &tables.roleFuseIdProperty}) {
-            auto entry = table->find(roleId);
-            if (entry == table->end()) continue;
-            value = readProperty(entry->second);
-            if (!value.empty()) {
-                property = entry->second;
-                break;
-            }
-        }
-        if (value.empty()) return "";
-        __android_log_print(ANDROID_LOG_INFO, logTag, "proertyId:%s \n", value.c_str());
+        const FuseIdProperty property = lookUpFuseId(tables, roleId);
+        if (!property.set()) return "";
+        __android_log_print(ANDROID_LOG_INFO, logTag, "proertyId:%s \n", property.value.c_str());
         int length = 0;
-        std::string fuseId = decodeFuseIdProperty(value, property, &length);
+        std::string fuseId = decodeFuseIdProperty(property.value, property.name, &length);
         __android_log_print(ANDROID_LOG_INFO, logTag, "fuseLen: %d, fuseId:%s", length,
                             fuseId.c_str());
         return fuseId;

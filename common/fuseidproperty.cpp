@@ -18,12 +18,37 @@ std::string readProperty(const std::string& name) {
     return length > 0 ? std::string(value, static_cast<size_t>(length)) : std::string();
 }
 
+FuseIdProperty splitFuseIdProperty(std::string name, std::string value) {
+    FuseIdProperty property;
+    property.name = std::move(name);
+    property.value = std::move(value);
+    if (property.value.size() < kIdStart) return property;
+    std::optional<int> length = leadingDecimal(property.value.substr(kSkipped, kLengthField));
+    if (!length) return property;
+    property.wellFormed = true;
+    property.length = *length;
+    property.fuseId = *length < 0 ? property.value.substr(kIdStart)
+                                  : property.value.substr(kIdStart, static_cast<size_t>(*length));
+    return property;
+}
+
+FuseIdProperty readFuseIdProperty(std::initializer_list<const std::string*> names) {
+    for (const std::string* name : names) {
+        if (name == nullptr) continue;
+        std::string value = readProperty(*name);
+        if (!value.empty()) return splitFuseIdProperty(*name, std::move(value));
+    }
+    return {};
+}
+
 std::string decodeFuseIdProperty(const std::string& value, const std::string& property,
                                  int* length) {
-    const std::string what = "fuse-ID length of " + property;
-    if (value.size() < kIdStart) abortOnBadNumber(what + " (value too short)", value);
-    int idLength = leadingDecimalOrAbort(value.substr(kSkipped, kLengthField), what);
-    if (length != nullptr) *length = idLength;
-    if (idLength < 0) return value.substr(kIdStart);
-    return value.substr(kIdStart, static_cast<size_t>(idLength));
+    FuseIdProperty parsed = splitFuseIdProperty(property, value);
+    if (!parsed.wellFormed) {
+        const std::string what = "fuse-ID length of " + property;
+        if (value.size() < kIdStart) abortOnBadNumber(what + " (value too short)", value);
+        abortOnBadNumber(what, value.substr(kSkipped, kLengthField));
+    }
+    if (length != nullptr) *length = parsed.length;
+    return parsed.fuseId;
 }

@@ -2,24 +2,17 @@
 
 #include <android/log.h>
 #include <cutils/properties.h>
-#include <strings.h>
 
 #include <cstdio>
-#include <map>
 #include <set>
 
 #include "common/devicepaths.h"
 #include "common/fileattribute.h"
 #include "common/filebytes.h"
 #include "common/recordfile.h"
+#include "eeprom/eeprombinrecord.h"
 
-namespace {
-
-const char kTag[] = "EepromBinData";
-
-constexpr size_t kChecksumOffset = 8099;
-
-const std::map<int, std::string> kRoleFuseIdPropertyTable = {
+const std::map<int, std::string> eepromBinRoleFuseIdPropertyTable = {
     {0, "vendor.camera.sensor.rearMain.fuseID"},     {1, "vendor.camera.sensor.frontMain.fuseID"},
     {20, "vendor.camera.sensor.rearTele.fuseID"},    {21, "vendor.camera.sensor.rearUltra.fuseID"},
     {22, "vendor.camera.sensor.rearMacro.fuseID"},   {23, "vendor.camera.sensor.rearTele4x.fuseID"},
@@ -27,7 +20,7 @@ const std::map<int, std::string> kRoleFuseIdPropertyTable = {
     {40, "vendor.camera.sensor.frontAux.fuseID"},
 };
 
-const std::map<int, std::string> kFuseIdPropertyTable = {
+const std::map<int, std::string> eepromBinFuseIdPropertyTable = {
     {0, "vendor.camera.sensor.w.fuseID"},     {1, "vendor.camera.sensor.f.fuseID"},
     {20, "vendor.camera.sensor.t.fuseID"},    {21, "vendor.camera.sensor.u.fuseID"},
     {22, "vendor.camera.sensor.m.fuseID"},    {23, "vendor.camera.sensor.t4x.fuseID"},
@@ -35,12 +28,11 @@ const std::map<int, std::string> kFuseIdPropertyTable = {
     {40, "vendor.camera.sensor.faux.fuseID"},
 };
 
-std::string withCase(std::string text, char from, char to) {
-    for (char& c : text) {
-        if (c >= from && c <= static_cast<char>(from + 25)) c = static_cast<char>(c - from + to);
-    }
-    return text;
-}
+const char eepromBinChecksumProperty[] = "vendor.camera.sensor.qz.dualcal.checksum";
+
+namespace {
+
+const char kTag[] = "EepromBinData";
 
 }  // namespace
 
@@ -56,7 +48,7 @@ bool EepromBinData::read(std::string const& path) {
 }
 
 void EepromBinData::getAllFuseId(std::vector<std::string>& out) {
-    for (const auto* table : {&kFuseIdPropertyTable, &kRoleFuseIdPropertyTable}) {
+    for (const auto* table : {&eepromBinFuseIdPropertyTable, &eepromBinRoleFuseIdPropertyTable}) {
         for (const auto& [roleId, property] : *table) {
             char value[PROPERTY_VALUE_MAX];
             if (property_get(property.c_str(), value, nullptr) >= 1) {
@@ -70,12 +62,7 @@ void EepromBinData::getAllFuseId(std::vector<std::string>& out) {
 }
 
 std::string EepromBinData::parsePath() {
-    const size_t slash = inputPath.rfind('/');
-    const size_t start = slash == std::string::npos ? 0 : slash + 1;
-    // The first ".bin" of the whole path, even one in a folder name before the last '/'.
-    size_t end = inputPath.find(".bin");
-    if (end == std::string::npos || end < start) end = inputPath.size();
-    const std::string fuseId = withCase(inputPath.substr(start, end - start), 'A', 'a');
+    const std::string fuseId = EepromBinRecord::fuseIdOfPath(inputPath);
     __android_log_print(ANDROID_LOG_INFO, kTag, "path--fuseId:%s", fuseId.c_str());
     return fuseId;
 }
@@ -83,10 +70,9 @@ std::string EepromBinData::parsePath() {
 bool EepromBinData::checkFuseIdPass() {
     std::vector<std::string> fuseIds;
     getAllFuseId(fuseIds);
-    // The name may carry the fuse ID in any case, and only a part of the sensor's.
-    const std::string pathFuseId = withCase(parsePath(), 'a', 'A');
+    const std::string pathFuseId = EepromBinRecord::upperCase(parsePath());
     for (const std::string& fuseId : fuseIds) {
-        if (fuseId.find(pathFuseId) != std::string::npos) return true;
+        if (EepromBinRecord::belongsTo(pathFuseId, fuseId)) return true;
     }
     __android_log_print(ANDROID_LOG_INFO, kTag, "path--fuseId:%s not match sensor fuseID",
                         pathFuseId.c_str());
@@ -94,23 +80,21 @@ bool EepromBinData::checkFuseIdPass() {
 }
 
 bool EepromBinData::check() {
-    if (data.size() <= kChecksumOffset) {
-        __android_log_print(ANDROID_LOG_ERROR, kTag,
-                            "data size %d is too short for the checksum at offset %d",
-                            static_cast<int>(data.size()), static_cast<int>(kChecksumOffset));
+    const EepromBinRecord record =
+        EepromBinRecord::decode(std::vector<unsigned char>(data.begin(), data.end()));
+    if (!record.hasChecksum) {
+        __android_log_print(
+            ANDROID_LOG_ERROR, kTag, "data size %d is too short for the checksum at offset %d",
+            static_cast<int>(data.size()), static_cast<int>(EepromBinRecord::checksumOffset));
         return false;
     }
-    // As an unsigned byte: char is signed on x86-64 and unsigned on the device.
-    const unsigned checksum = static_cast<unsigned char>(data[kChecksumOffset]);
-    __android_log_print(ANDROID_LOG_INFO, kTag, "Total Checksum Offset = 0x%x", checksum);
-    char text[3];
-    snprintf(text, sizeof text, "%02X", checksum);
+    __android_log_print(ANDROID_LOG_INFO, kTag, "Total Checksum Offset = 0x%x", record.checksum);
     char value[PROPERTY_VALUE_MAX];
-    if (property_get("vendor.camera.sensor.qz.dualcal.checksum", value, nullptr) < 1) {
+    if (property_get(eepromBinChecksumProperty, value, nullptr) < 1) {
         return false;
     }
     __android_log_print(ANDROID_LOG_INFO, kTag, "prop_value = %s", value);
-    return strcasecmp(text, value) == 0;
+    return record.checksumAgrees(value);
 }
 
 bool EepromBinData::write(std::string const& path) {

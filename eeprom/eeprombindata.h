@@ -1,5 +1,6 @@
 #pragma once
 
+#include <map>
 #include <string>
 #include <vector>
 
@@ -39,3 +40,11 @@ class EepromBinData {
     std::string outputPath;
     std::vector<char> data;
 };
+
+// Role id to the fitted sensors' fuse-ID properties that getAllFuseId reads, role-named and
+// short-named; whole values are compared.
+extern const std::map<int, std::string> eepromBinRoleFuseIdPropertyTable;
+extern const std::map<int, std::string> eepromBinFuseIdPropertyTable;
+
+// The property holding the dual-camera calibration blob's checksum, as two hexadecimal digits.
+extern const char eepromBinChecksumProperty[];

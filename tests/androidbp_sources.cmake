@@ -1,5 +1,6 @@
-# Fails when Android.bp and the CMake lists build different sources.
-#   cmake -DANDROID_BP=<file> -DTOOL_SOURCES=<a,b> -DTEST_SOURCES=<a,b> -P androidbp_sources.cmake
+# Fails when Android.bp and the CMake lists build different sources, or list one twice.
+#   cmake -DANDROID_BP=<file> -DLIBRARY_SOURCES=<a,b> -DBINARIES=<module:main,...>
+#         -DTEST_SOURCES=<a,b> -P androidbp_sources.cmake
 
 file(READ "${ANDROID_BP}" bp)
 
@@ -30,24 +31,31 @@ function(expect_same what bp_files cmake_files)
     endif()
 endfunction()
 
-string(REPLACE "," ";" tool "${TOOL_SOURCES}")
+string(REPLACE "," ";" library "${LIBRARY_SOURCES}")
+string(REPLACE "," ";" binaries "${BINARIES}")
 string(REPLACE "," ";" tests "${TEST_SOURCES}")
 
-module_sources(cc_binary optoquill binary)
-expect_same("cc_binary optoquill" "${binary}" "${tool};platform/android/deviceroot.cpp")
-
-set(test_expected ${tool})
-list(REMOVE_ITEM test_expected cli/dc_cal.cpp)
-list(APPEND test_expected platform/android/deviceroot.cpp)
+# The library holds everything but the mains, with the device's platform seam; each binary is
+# its main alone, and the test its own files: no source is built twice.
+module_sources(cc_library_static liboptoquill_core core)
+expect_same("cc_library_static liboptoquill_core" "${core}"
+            "${library};platform/android/deviceroot.cpp")
+foreach(binary ${binaries})
+    string(REPLACE ":" ";" pair "${binary}")
+    list(GET pair 0 module)
+    list(GET pair 1 main)
+    module_sources(cc_binary ${module} sources)
+    expect_same("cc_binary ${module}" "${sources}" "${main}")
+endforeach()
+set(test_expected "")
 foreach(test ${tests})
     list(APPEND test_expected tests/${test})
 endforeach()
 module_sources(cc_test optoquill_unit_tests unit)
 expect_same("cc_test optoquill_unit_tests" "${unit}" "${test_expected}")
-set(fuzz_expected ${tool})
-list(REMOVE_ITEM fuzz_expected cli/dc_cal.cpp)
-list(APPEND fuzz_expected platform/android/deviceroot.cpp platform/host/hostenvironment.cpp
-     platform/host/propertystore.cpp tests/fuzz/parsers_fuzz.cpp)
+# The fuzzer links the library and adds the host's property store, which it fuzzes too.
+set(fuzz_expected platform/host/hostenvironment.cpp platform/host/propertystore.cpp
+    tests/fuzz/parsers_fuzz.cpp)
 module_sources(cc_fuzz optoquill_parsers_fuzzer fuzz)
 expect_same("cc_fuzz optoquill_parsers_fuzzer" "${fuzz}" "${fuzz_expected}")
 message(STATUS "Android.bp builds what CMake builds")

@@ -97,7 +97,7 @@ std::vector<std::string> DeviceFolder::persistEntries() const {
 RunResult DeviceFolder::run(const std::vector<std::string>& arguments,
                             const RunOptions& options) const {
     std::vector<std::string> command = splitWords(OPTOQUILL_TEST_EMULATOR);
-    command.push_back(OPTOQUILL_BINARY);
+    command.push_back(options.inspect ? OPTOQUILL_INSPECT_BINARY : OPTOQUILL_BINARY);
     command.insert(command.end(), arguments.begin(), arguments.end());
     std::vector<char*> argv;
     for (std::string& word : command) argv.push_back(word.data());

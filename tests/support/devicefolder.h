@@ -18,10 +18,12 @@ struct RunOptions {
     long fileSizeLimit = -1;         // bytes any file may grow to (a full disk), -1 for none
     bool withoutProperties = false;  // leave OPTOQUILL_PROPERTIES unset
     std::string propertiesFile;      // use this file instead of the folder's own
+    bool inspect = false;            // run optoquill-inspect instead of optoquill
 };
 
 // A device in a temporary folder: the persist directory, sdcard, a properties file, a log file
-// and a socket prefix of its own, removed with the object. It runs the real optoquill binary.
+// and a socket prefix of its own, removed with the object. It runs the real optoquill binary
+// (or optoquill-inspect).
 class DeviceFolder {
   public:
     DeviceFolder();
