@@ -111,6 +111,11 @@ std::vector<Case> cases() {
     badAwb[awbChecksumAt(2)] ^= 0x40;
     const std::string awbSum = std::to_string(static_cast<unsigned char>(awbLsc[awbChecksumAt(2)]));
     const std::string badSum = std::to_string(static_cast<unsigned char>(badAwb[awbChecksumAt(2)]));
+    std::string badLsc = awbLsc;
+    badLsc[lscChecksumAt(2)] ^= 1;
+    const std::string lscSum = std::to_string(static_cast<unsigned char>(awbLsc[lscChecksumAt(2)]));
+    const std::string badLscSum =
+        std::to_string(static_cast<unsigned char>(badLsc[lscChecksumAt(2)]));
     const Files front = {{"vendor.camera.sensor.f.fuseID", "xxxx0004F00D"}};
     const Files eeprom = {{kW, "xxxx0006ABC123"},
                           {"vendor.camera.sensor.qz.dualcal.checksum", "c3"}};
@@ -194,6 +199,14 @@ std::vector<Case> cases() {
         {"AwbLscWrongChecksum", front, {{"%R/a.bin", badAwb}}, awbStore,
             "AWB information checksum is " + awbSum + ", checksum in file is " + badSum +
             ", file %R/a.bin is invalid!Error:Failed to parse file %R/a.bin\n", 0, {}},
+        {"AwbLscWrongLscChecksum", front, {{"%R/a.bin", badLsc}}, awbStore,
+            "LSC information checksum is " + lscSum + ", checksum in file is " + badLscSum +
+            ", file %R/a.bin is invalid!Error:Failed to parse file %R/a.bin\n", 0, {}},
+        {"AwbLscCutShort", front, {{"%R/a.bin", awbLsc.substr(0, 17)}}, awbStore,
+            "LSC information is cut short (file size 17), file %R/a.bin is invalid!"
+            "Error:Failed to parse file %R/a.bin\n", 0, {}},
+        {"AwbLscEmpty", front, {{"%R/a.bin", ""}}, awbStore, "AWB information is cut short (file "
+            "size 0), file %R/a.bin is invalid!Error:Failed to parse file %R/a.bin\n", 0, {}},
         {"AwbLscMissingFileEndsTheRunBeforeTheAfStore", kAbc123, {},
             {"-u", "-n", "0", "-f", "%R/missing", "-D", "10", "-t", "30"},
             "Error:Can not find calibration data file %R/missing!\n", 0, {}},

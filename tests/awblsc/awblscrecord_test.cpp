@@ -1,0 +1,57 @@
+#include "awblsc/awblscrecord.h"
+
+#include <gtest/gtest.h>
+
+#include "tests/support/awblscfile.h"
+#include "tests/support/testfiles.h"
+
+namespace {
+
+AwbLscRecord decode(const std::string& content) {
+    return AwbLscRecord::decode({content.begin(), content.end()});
+}
+
+TEST(AwbLscRecord, ChecksumIsTheSumModulo255PlusOneOfTheCoveredBytesOnly) {
+    // No fuse ID: AWB covers bytes 5 to 13 (stored at 14), LSC 37 to 1808 (stored at 1809).
+    const std::initializer_list<std::pair<size_t, int>> cases[] = {
+        {},
+        {{5, 200}, {13, 55}, {40, 254}},  // sums of 255 and 254
+        {{4, 9}, {14, 1}, {15, 9}, {36, 9}, {1809, 1}},
+    };
+    const std::array<int, 4> expected[] = {{1, 0, 1, 0}, {1, 0, 255, 0}, {1, 1, 1, 1}};
+    for (size_t i = 0; i < std::size(cases); ++i) {
+        std::string content(1810, '\0');
+        for (const auto& [offset, value] : cases[i]) content[offset] = static_cast<char>(value);
+        const AwbLscRecord r = decode(content);
+        EXPECT_EQ((std::array<int, 4>{r.awb.computed, r.awb.stored, r.lsc.computed, r.lsc.stored}),
+                  expected[i]);
+    }
+}
+
+TEST(AwbLscRecord, BlocksFollowTheFuseIdAndAShortFileLacksThem) {
+    std::string outside = awbLscFile(bytes({0xAB}));
+    for (size_t offset : {2u, 3u, 4u, 5u, 16u, 34u, 35u, 36u, 37u}) outside[offset] ^= 0x5A;
+    const std::string full = awbLscFile(bytes({1, 2, 3}));
+    const struct {
+        std::string bytes;
+        bool awbPresent, awbOk, lscPresent, lscOk;
+        const char* fuseId;
+    } cases[] = {
+        {awbLscFile(bytes({0xF0, 0x0D})) + "trailing", true, true, true, true, "F00D"},
+        {outside, true, true, true, true, "AB"},
+        {full.substr(0, 17), false, false, false, false, "010203"},
+        {full.substr(0, 18), true, true, false, false, "010203"},
+        {full.substr(0, 1812), true, true, false, false, "010203"},
+        {full.substr(0, 1813), true, true, true, true, "010203"},
+        {"", false, false, false, false, ""},
+    };
+    for (const auto& c : cases) {
+        const AwbLscRecord r = decode(c.bytes);
+        EXPECT_EQ(
+            std::make_tuple(r.awb.present, r.awb.ok(), r.lsc.present, r.lsc.ok(), r.fuseIdHex),
+            std::make_tuple(c.awbPresent, c.awbOk, c.lscPresent, c.lscOk, std::string(c.fuseId)))
+            << c.bytes.size();
+    }
+}
+
+}  // namespace
