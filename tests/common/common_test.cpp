@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include "common/crc16ccitt.h"
 #include "common/decimaltext.h"
 #include "common/safefilewriter.h"
-#include "tests/support/tempdir.h"
 #include "tests/support/testfiles.h"
 
 namespace {
@@ -31,8 +31,9 @@ TEST(LeadingDecimal, ReadsLikeTheStandardConversion) {
 }
 
 TEST(SafeFileWriter, AFailedOrAbandonedWriteKeepsTheOldFileAndLeavesNothing) {
-    TempDir dir;
-    const std::string target = dir.file("record.bin");
+    const std::string dir = testing::TempDir() + "optoquill-writer-" + std::to_string(getpid());
+    ASSERT_EQ(mkdir(dir.c_str(), 0755), 0);
+    const std::string target = dir + "/record.bin";
     ASSERT_EQ(mkdir(target.c_str(), 0755), 0);  // a non-empty directory cannot be replaced
     writeFile(target + "/kept", "kept");
     SafeFileWriter writer(target);
@@ -41,14 +42,15 @@ TEST(SafeFileWriter, AFailedOrAbandonedWriteKeepsTheOldFileAndLeavesNothing) {
     EXPECT_FALSE(writer.commit());
     EXPECT_EQ(readFile(target + "/kept"), "kept");
     {
-        SafeFileWriter abandoned(dir.file("other.bin"));
+        SafeFileWriter abandoned(dir + "/other.bin");
         ASSERT_TRUE(abandoned.open());
         abandoned.write("half of a new");
     }
-    EXPECT_EQ(directoryEntries(dir.path()), std::vector<std::string>{"record.bin"});
-    SafeFileWriter unopened(dir.file("missing/record.bin"));
+    EXPECT_EQ(directoryEntries(dir), std::vector<std::string>{"record.bin"});
+    SafeFileWriter unopened(dir + "/missing/record.bin");
     EXPECT_FALSE(unopened.open());
     EXPECT_FALSE(unopened.commit());
+    for (const std::string& path : {target + "/kept", target, dir}) remove(path.c_str());
 }
 
 }  // namespace

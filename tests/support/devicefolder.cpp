@@ -2,7 +2,6 @@
 
 #include <fcntl.h>
 #include <ftw.h>
-#include <poll.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -29,24 +28,13 @@ int removeEntry(const char* path, const struct stat*, int, FTW*) {
     return remove(path);
 }
 
-void readBoth(int outFd, int errFd, std::string* out, std::string* err) {
-    pollfd fds[2] = {{outFd, POLLIN, 0}, {errFd, POLLIN, 0}};
-    std::string* sinks[2] = {out, err};
-    int open = 2;
-    while (open > 0) {
-        if (poll(fds, 2, -1) < 0) continue;
-        for (int i = 0; i < 2; ++i) {
-            if (fds[i].fd < 0 || fds[i].revents == 0) continue;
-            char buffer[4096];
-            ssize_t count = read(fds[i].fd, buffer, sizeof buffer);
-            if (count > 0) {
-                sinks[i]->append(buffer, static_cast<size_t>(count));
-            } else {
-                fds[i].fd = -1;
-                --open;
-            }
-        }
-    }
+// Everything written to `fd` until its last writer closes it.
+std::string readAll(int fd) {
+    std::string text;
+    char buffer[4096];
+    for (ssize_t count; (count = read(fd, buffer, sizeof buffer)) > 0;) text.append(buffer, count);
+    close(fd);
+    return text;
 }
 
 }  // namespace
@@ -118,11 +106,7 @@ RunResult DeviceFolder::run(const std::vector<std::string>& arguments,
         setenv("OPTOQUILL_ROOT", rootPath.c_str(), 1);
         setenv("OPTOQUILL_LOG", log.c_str(), 1);
         setenv("OPTOQUILL_SOCKET_PREFIX", prefix.c_str(), 1);
-        if (options.withoutProperties) {
-            unsetenv("OPTOQUILL_PROPERTIES");
-        } else {
-            setenv("OPTOQUILL_PROPERTIES", properties.c_str(), 1);
-        }
+        setenv("OPTOQUILL_PROPERTIES", properties.c_str(), 1);
         if (options.fileSizeLimit >= 0) {
             signal(SIGXFSZ, SIG_IGN);  // a write past the limit fails, as on a full disk
             rlimit limit = {static_cast<rlim_t>(options.fileSizeLimit),
@@ -135,9 +119,9 @@ RunResult DeviceFolder::run(const std::vector<std::string>& arguments,
     close(outPipe[1]);
     close(errPipe[1]);
     RunResult result;
-    readBoth(outPipe[0], errPipe[0], &result.out, &result.err);
-    close(outPipe[0]);
-    close(errPipe[0]);
+    // Standard error holds a few lines at most: it waits in its pipe while standard output drains.
+    result.out = readAll(outPipe[0]);
+    result.err = readAll(errPipe[0]);
     int status = 0;
     waitpid(child, &status, 0);
     if (WIFEXITED(status)) result.status = WEXITSTATUS(status);

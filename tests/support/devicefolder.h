@@ -15,10 +15,9 @@ struct RunResult {
 };
 
 struct RunOptions {
-    long fileSizeLimit = -1;         // bytes any file may grow to (a full disk), -1 for none
-    bool withoutProperties = false;  // leave OPTOQUILL_PROPERTIES unset
-    std::string propertiesFile;      // use this file instead of the folder's own
-    bool inspect = false;            // run optoquill-inspect instead of optoquill
+    long fileSizeLimit = -1;     // bytes any file may grow to (a full disk), -1 for none
+    std::string propertiesFile;  // use this file instead of the folder's own
+    bool inspect = false;        // run optoquill-inspect instead of optoquill
 };
 
 // A device in a temporary folder: the persist directory, sdcard, a properties file, a log file

@@ -22,11 +22,6 @@ bool fileExists(const std::string& path) {
     return lstat(path.c_str(), &info) == 0;
 }
 
-unsigned fileMode(const std::string& path) {
-    struct stat info;
-    return stat(path.c_str(), &info) == 0 ? (info.st_mode & 07777) : 0;
-}
-
 std::string bytes(std::initializer_list<int> values) {
     std::string text;
     for (int value : values) text += static_cast<char>(value);

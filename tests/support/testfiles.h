@@ -7,7 +7,6 @@
 // File helpers for the tests.
 std::string readFile(const std::string& path);
 void writeFile(const std::string& path, const std::string& content);
-bool fileExists(const std::string& path);    // without following a link
-unsigned fileMode(const std::string& path);  // permission bits
+bool fileExists(const std::string& path);  // without following a link
 std::string bytes(std::initializer_list<int> values);
 std::vector<std::string> directoryEntries(const std::string& directory);  // sorted, no . or ..
