@@ -14,9 +14,9 @@ const char kTag[] = "AeCalibrationData";
 
 }  // namespace
 
-bool AeCalibrationData::parse(char const* file) {
+bool AeCalibrationData::parse(char const* file, bool followLinks) {
     std::vector<unsigned char> content;
-    if (!readWholeFile(file, &content)) {
+    if (!readWholeFile(file, &content, followLinks)) {
         __android_log_print(ANDROID_LOG_ERROR, kTag, "failed to open file %s", file);
         return false;
     }
@@ -42,11 +42,10 @@ bool AeCalibrationData::parse(char const* file) {
     }
     crc = record.computedCrc;
     if (hasCrc) {
-        const unsigned stored = byteAt(size - 2) * 256 + byteAt(size - 1);
         // Reported only: a record with a wrong CRC is still valid.
-        if (stored != crc) {
-            __android_log_print(ANDROID_LOG_ERROR, kTag, "mismatch crc (0x%04X, 0x%04X)", stored,
-                                static_cast<unsigned>(crc));
+        if (record.storedCrc != crc) {
+            __android_log_print(ANDROID_LOG_ERROR, kTag, "mismatch crc (0x%04X, 0x%04X)",
+                                static_cast<unsigned>(record.storedCrc), static_cast<unsigned>(crc));
         }
     }
     __android_log_print(ANDROID_LOG_DEBUG, kTag,

@@ -15,7 +15,7 @@ class AeCalibrationData {
 
     // Reads and checks a file of either form (AeRecord takes it apart) and logs what it found. A
     // CRC that does not match is logged but accepted.
-    bool parse(char const* file);
+    bool parse(char const* file, bool followLinks = true);
 
     // Stores the record in maintain form; a factory-form record gains its CRC.
     bool write(char const* file);
@@ -27,9 +27,6 @@ class AeCalibrationData {
     void dump();
 
   private:
-    // The byte at `offset`, or 0 past the end of a short file.
-    unsigned byteAt(size_t offset) const { return offset < data.size() ? data[offset] : 0; }
-
     const char* path = nullptr;  // the caller's, from the last successful parse
     uint16_t crc = 0;
     int luma = 0;

@@ -75,7 +75,8 @@ void appendLittleEndian(std::vector<unsigned char>* bytes, int value) {
 }  // namespace
 
 AeCalibrationFilesManager::AeCalibrationFilesManager(std::string camera, std::string sourceFile)
-    : files(std::move(camera), std::move(sourceFile), kTables, kTag, "ae") {}
+    // The source is the temporary AE file, on shared storage.
+    : files(std::move(camera), std::move(sourceFile), kTables, kTag, "ae", false) {}
 
 bool AeCalibrationFilesManager::parse() {
     const bool matchedBefore = files.fuseIdMatched();

@@ -29,9 +29,9 @@ bool blockHolds(const char* name, const AwbLscRecord::Block& block, size_t size,
 
 }  // namespace
 
-bool EepromCalibrationData::parse(char const* file) {
+bool EepromCalibrationData::parse(char const* file, bool followLinks) {
     std::vector<unsigned char> content;
-    if (!readWholeFile(file, &content)) {
+    if (!readWholeFile(file, &content, followLinks)) {
         __android_log_print(ANDROID_LOG_ERROR, kTag, "failed to open file %s", file);
         return false;
     }

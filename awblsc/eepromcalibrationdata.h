@@ -15,7 +15,7 @@ class EepromCalibrationData {
     EepromCalibrationData() = default;
 
     // Reads a file (AwbLscRecord takes it apart) and checks both checksums, AWB first.
-    bool parse(char const* file);
+    bool parse(char const* file, bool followLinks = true);
 
     // Stores the file's bytes unchanged.
     bool write(char const* file);

@@ -31,7 +31,7 @@ using Files = CalibrationFilesManager<EepromCalibrationData>;
 
 EepromCalibrationFilesManager::EepromCalibrationFilesManager(std::string camera,
                                                              std::string sourceFile)
-    : files(std::move(camera), std::move(sourceFile), kTables, kTag, "awb") {}
+    : files(std::move(camera), std::move(sourceFile), kTables, kTag, "awb", true) {}
 
 bool EepromCalibrationFilesManager::parse() {
     return files.matchFuseId();

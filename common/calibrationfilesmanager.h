@@ -17,15 +17,18 @@
 template <typename Record>
 class CalibrationFilesManager {
   public:
-    // The tables, tag and kind must outlive the manager: they are the managers' constants.
+    // The tables, tag and kind must outlive the manager: they are the managers' constants. A
+    // source file on shared storage, where anyone may plant a link, is read only as the file
+    // itself (`followSourceLinks` false).
     CalibrationFilesManager(std::string camera, std::string sourceFile,
                             const CalibrationFileTables& tables, const char* logTag,
-                            const char* logKind)
+                            const char* logKind, bool followSourceLinks)
         : camera(std::move(camera)),
           sourceFile(std::move(sourceFile)),
           tables(tables),
           logTag(logTag),
-          logKind(logKind) {}
+          logKind(logKind),
+          followSourceLinks(followSourceLinks) {}
 
     bool fuseIdMatched() const { return matched; }
 
@@ -33,7 +36,7 @@ class CalibrationFilesManager {
     // now or at an earlier call (the file is then not read again).
     bool matchFuseId() {
         if (matched) return true;
-        record.parse(sourceFile.c_str());
+        record.parse(sourceFile.c_str(), followSourceLinks);
         if (!record.valid()) {
             fprintf(stdout, "Error:Failed to parse file %s\n", sourceFile.c_str());
             return false;
@@ -119,4 +122,5 @@ class CalibrationFilesManager {
     const CalibrationFileTables& tables;
     const char* logTag;
     const char* logKind;
+    bool followSourceLinks;
 };

@@ -6,14 +6,10 @@
 #include <algorithm>
 #include <cerrno>
 
-#include "common/devicepaths.h"
 #include "common/uniquefd.h"
 
-bool readWholeFile(const char* path, std::vector<unsigned char>* bytes) {
-    // The temporary AE file lies on shared storage, where anyone may plant a link: it is read
-    // only as the file itself. Paths a user gives are read as given.
-    const int noFollow = path == tempAeFilePath() ? O_NOFOLLOW : 0;
-    UniqueFd fd(open(path, O_RDONLY | O_CLOEXEC | noFollow));
+bool readWholeFile(const char* path, std::vector<unsigned char>* bytes, bool followLinks) {
+    UniqueFd fd(open(path, O_RDONLY | O_CLOEXEC | (followLinks ? 0 : O_NOFOLLOW)));
     if (!fd.valid()) return false;
     std::vector<unsigned char> content;
     unsigned char buffer[8192];

@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
-// Reads a whole file. False when it cannot be opened or read (a directory, say, or a link at the
-// temporary AE file's name).
-bool readWholeFile(const char* path, std::vector<unsigned char>* bytes);
+// Reads a whole file. False when it cannot be opened or read (a directory, say, or a link when
+// links are not to be followed).
+bool readWholeFile(const char* path, std::vector<unsigned char>* bytes, bool followLinks = true);
 
 // Two upper-case hexadecimal digits per byte, no separators.
 std::string hexText(const std::vector<unsigned char>& bytes);
