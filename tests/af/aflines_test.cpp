@@ -30,11 +30,9 @@ TEST(AfLines, DecodeAndEncodeAsTheLoaderAndTheWritersDo) {
         bool pdOffset;
         const char* line;
         LineStatus status;
-        int columns;
-        int values;
+        int columns, values;
         bool sfr;
-        uint16_t stored;
-        uint16_t computed;
+        uint16_t stored, computed;
     };
     const LineStatus ok = LineStatus::ok, count = LineStatus::columnCount,
                      nan = LineStatus::lengthNotANumber;

@@ -1,11 +1,7 @@
 #include <gtest/gtest.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include "common/crc16ccitt.h"
 #include "common/decimaltext.h"
-#include "common/safefilewriter.h"
-#include "tests/support/testfiles.h"
 
 namespace {
 
@@ -28,29 +24,6 @@ TEST(LeadingDecimal, ReadsLikeTheStandardConversion) {
         {"0004", 4},  {" \t-001", -1}, {"+12ab", 12},      {"2147483647", 2147483647}, {"", {}},
         {"xx12", {}}, {"- 1", {}},     {"2147483648", {}}, {"-2147483649", {}}};
     for (const auto& [text, value] : cases) EXPECT_EQ(leadingDecimal(text), value) << text;
-}
-
-TEST(SafeFileWriter, AFailedOrAbandonedWriteKeepsTheOldFileAndLeavesNothing) {
-    const std::string dir = testing::TempDir() + "optoquill-writer-" + std::to_string(getpid());
-    ASSERT_EQ(mkdir(dir.c_str(), 0755), 0);
-    const std::string target = dir + "/record.bin";
-    ASSERT_EQ(mkdir(target.c_str(), 0755), 0);  // a non-empty directory cannot be replaced
-    writeFile(target + "/kept", "kept");
-    SafeFileWriter writer(target);
-    ASSERT_TRUE(writer.open());
-    writer.write("new");
-    EXPECT_FALSE(writer.commit());
-    EXPECT_EQ(readFile(target + "/kept"), "kept");
-    {
-        SafeFileWriter abandoned(dir + "/other.bin");
-        ASSERT_TRUE(abandoned.open());
-        abandoned.write("half of a new");
-    }
-    EXPECT_EQ(directoryEntries(dir), std::vector<std::string>{"record.bin"});
-    SafeFileWriter unopened(dir + "/missing/record.bin");
-    EXPECT_FALSE(unopened.open());
-    EXPECT_FALSE(unopened.commit());
-    for (const std::string& path : {target + "/kept", target, dir}) remove(path.c_str());
 }
 
 }  // namespace

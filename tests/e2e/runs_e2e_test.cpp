@@ -9,6 +9,7 @@
 #include <map>
 #include <regex>
 
+#include "common/filebytes.h"
 #include "tests/support/awblscfile.h"
 #include "tests/support/devicefolder.h"
 #include "tests/support/socketlistener.h"
@@ -92,13 +93,6 @@ const std::string kPdMismatch =
 const std::string kSfrFailed = "Error:failed to write pdOffsetSfrData\n";
 const std::string kReadBackEmpty = "Success write pdoffset:; pdoffsetSfr:\n";
 
-std::string hexOf(const std::string& content) {
-    static const char kDigits[] = "0123456789ABCDEF";
-    std::string hex;
-    for (unsigned char byte : content) hex += {kDigits[byte >> 4], kDigits[byte & 15]};
-    return hex;
-}
-
 std::string blob(int checksum) {
     std::string content(9000, '\0');
     for (size_t i = 0; i < content.size(); ++i) content[i] = static_cast<char>(i * 7);
@@ -108,6 +102,7 @@ std::string blob(int checksum) {
 
 std::vector<Case> cases() {
     const std::string awbLsc = awbLscFile(bytes({0xF0, 0x0D}));
+    const std::string plain = awbLscFile("");
     std::string badAwb = awbLsc;
     badAwb[awbChecksumAt(2)] ^= 0x40;
     const std::string awbSum = std::to_string(static_cast<unsigned char>(awbLsc[awbChecksumAt(2)]));
@@ -137,7 +132,9 @@ std::vector<Case> cases() {
         {"HelpAfterAStage", kAbc123, {}, {"-n", "0", "-D", "10", "-t", "30", "-h"}, kUsage, 0, {}},
         {"UnknownOptionBeforeABadCamera", {}, {}, {"-x", "-n", "99", "-D", "10"}, kUsage, 0, {}, {},
             "%B: invalid option -- 'x'\n"},
-        {"LongNamesAsTheScriptsSpellThem", {}, {}, {"--limux", "5", "--use", "1", "-p"}, "", 0, {}},
+        // No AF store without -D, and no AE store without -s and -e.
+        {"LongNamesAsTheScriptsSpellThem", {}, {}, {"--limux", "5", "--use", "1", "-p", "-t", "30"},
+            "", 0, {}},
         {"NoOptions", {}, {}, {}, "", 0, {}},
         {"UnknownCameraEndsTheRunBeforeTheAfStore", kAbc123, {},
             {"-n", "99", "-D", "10", "-t", "30"}, "Error:Invalid camera name\n", 255, {}},
@@ -230,16 +227,30 @@ std::vector<Case> cases() {
         {"AwbLscMissingFileEndsTheRunBeforeTheAfStore", kAbc123, {},
             {"-u", "-n", "0", "-f", "%R/missing", "-D", "10", "-t", "30"},
             "Error:Can not find calibration data file %R/missing!\n", 0, {}},
-        {"AwbLscDump", {}, {{"%R/z.bin", awbLscFile("")}}, {"-u", "-i", "-n", "1", "-f",
+        {"AwbLscDump", {}, {{"%R/z.bin", plain}}, {"-u", "-i", "-n", "1", "-f",
             "%R/z.bin"},
             "%R/z.bin:\nmaintain format:\n"
             "|1 byte |len byte|1 byte  |12 byte   |1 byte| |19 byte |1775 byte |1 byte      |\n"
             "|fuselen|fuseId  |reserved|awb info |awb checksum |reserved|lsc info  |lsc checksum|\n"
-            "contents:\n" + hexOf(awbLscFile("")) + "\n", 0, {}},
+            "contents:\n" + hexText({plain.begin(), plain.end()}) + "\n", 0, {}},
 
         {"AfStore", kAbc123, {}, kAfStore, kAfWrote, 0, {{kAf, kAfPoint}}, {"afcal"}},
         {"LinkAtTheAfFile", kAbc123, {{kAf, kLinkTo + "%R/v"}, {"%R/v", "v"}}, kAfStore,
             kAfWrote, 0, {{kAf, kAfPoint}, {"%R/v", "v"}}, {"afcal"}},
+        // Taking the lock removes what a killed run's safe writer left, and nothing else.
+        {"LeftoverTemporariesGoOthersStay", kAbc123, {{".com.nurvak.afc.bin.Ab3xYz", "left"},
+            {".com.nurvak.aecal.w.bin.000000", "left"}, {"notes.bin", "kept"},
+            {"com.nurvak.afc.bin.Ab3xYz", "kept"}, {".com.nurvak.afc.bin.Ab3xY", "kept"},
+            {".com.nurvak.afc.bin.Ab3x-z", "kept"}, {".notes.txt.Ab3xYz", "kept"},
+            {".link.bin.Ab3xYz", kLinkTo + "%R/v"}, {"%R/v", "v"}, {".dir.bin.Ab3xYz", kDirectory}},
+            kAfStore, kAfWrote, 0, {{kAf, kAfPoint}, {"notes.bin", "kept"},
+            {"com.nurvak.afc.bin.Ab3xYz", "kept"}, {".com.nurvak.afc.bin.Ab3xY", "kept"},
+            {".com.nurvak.afc.bin.Ab3x-z", "kept"}, {".notes.txt.Ab3xYz", "kept"},
+            {".link.bin.Ab3xYz", kLinkTo}, {"%R/v", "v"}, {".dir.bin.Ab3xYz", kDirectory}},
+            {"afcal"}},
+        // A file cannot replace a directory: the stage fails and leaves nothing behind.
+        {"AfFileIsADirectory", kAbc123, {{kAf, kDirectory}}, kAfStore,
+            "Error:failed to write %Pcom.nurvak.afc.bin\n", 0, {{kAf, kDirectory}}},
         {"AfCheck", {}, {{kAf, kAfPoint}}, {"-c", "ABC123", "-d", "50"}, "dac=300\n", 0,
             {{kAf, kAfPoint}}},
         {"AfCheckAtTheDefaultDistance", {}, {{kAf, kAfPoint}}, {"-c", "ABC123"}, "dac=-1\n", 0,
@@ -435,8 +446,8 @@ TEST_P(Runs, GiveExactlyTheirOutputsAndFiles) {
         if (!outside) entries.push_back(name);
         struct stat info;
         ASSERT_EQ(lstat(path.c_str(), &info), 0) << name;
-        if (content.rfind(kLinkTo, 0) == 0) {  // a link the run could not use, left as it was
-            EXPECT_TRUE(S_ISLNK(info.st_mode)) << name;
+        if (content == kDirectory || content.rfind(kLinkTo, 0) == 0) {  // left as it was
+            EXPECT_EQ(info.st_mode & S_IFMT, content == kDirectory ? S_IFDIR : S_IFLNK) << name;
             continue;
         }
         EXPECT_EQ(readFile(path), content) << name;
