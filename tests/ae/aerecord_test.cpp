@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "ae/aecalibrationfilesmanager.h"
 #include "tests/support/testfiles.h"
 
 namespace {
@@ -37,6 +38,15 @@ TEST(AeRecord, TakesBothFormsApartAtFixedOffsetsAndRefusesEveryOtherSize) {
                                   c.computed, c.stored))
             << c.bytes.size();
     }
+}
+
+TEST(AeCalibrationFilesManager, MakesNoFileForACameraItDoesNotKnow) {
+    const std::string file = testing::TempDir() + "optoquill-unknown-camera";
+    testing::internal::CaptureStdout();
+    AeCalibrationFilesManager::makeFile("x", file, 1, 2, 3);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "failed to find camera x's valid cameraRoldId\n");
+    EXPECT_FALSE(fileExists(file));
 }
 
 }  // namespace

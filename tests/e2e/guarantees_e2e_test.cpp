@@ -1,9 +1,11 @@
 #include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/file.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdlib>
 #include <thread>
 
 #include "common/uniquefd.h"
@@ -56,6 +58,34 @@ TEST_F(Guarantees, StationsStoringAtOnceLoseNothing) {
     for (size_t i = ids.size(); i < ids.size() + 4; ++i) {
         EXPECT_NE(points.find("0,0,AB12," + std::to_string(i) + ",300,30,"), std::string::npos);
     }
+}
+
+// Without the right to give files to the system user, the mode is still set, each file's owner
+// message comes, and the EEPROM export counts as failed.
+TEST_F(Guarantees, WithoutTheRightToChown) {
+    device.setProperty("vendor.camera.sensor.qz.dualcal.checksum", "c3");
+    std::string blob(8100, 'U');
+    blob[8099] = '\xC3';
+    writeFile(device.path("ab12.bin"), blob);
+    RunOptions nobody;
+    nobody.asNobody = true;
+    if (geteuid() == 0) {
+        ASSERT_EQ(system(("chown -R 65534:65534 " + device.root()).c_str()), 0);
+    }
+    RunResult result = device.run(
+        {"-E", device.path("ab12.bin"), "-n", "0", "-l", "1", "-s", "2", "-e", "3"}, nobody);
+    const std::vector<std::string> files = {"ab12.bin", "com.nurvak.aecal.w.bin", kLog};
+    EXPECT_EQ(result.out, "Failed to write eeprombin\nSuccessfully write file " +
+                              device.persistFile(files[1]) + "\n");
+    std::string denied;
+    for (const std::string& file : files) {
+        denied += "Error changing group ownership of " + device.persistFile(file) +
+                  " to 1000: Operation not permitted";
+        struct stat info;
+        ASSERT_EQ(stat(device.persistFile(file).c_str(), &info), 0);
+        EXPECT_EQ(info.st_mode & 07777, 0644u);
+    }
+    EXPECT_EQ(result.err, denied);
 }
 
 TEST_F(Guarantees, FullDiskIsAFailureAndKeepsTheOldFile) {

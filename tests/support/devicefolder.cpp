@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <ftw.h>
+#include <grp.h>
 #include <signal.h>
 #include <sys/resource.h>
 #include <sys/stat.h>
@@ -103,6 +104,9 @@ RunResult DeviceFolder::run(const std::vector<std::string>& arguments,
         dup2(outPipe[1], 1);
         dup2(errPipe[1], 2);
         for (int fd : {outPipe[0], outPipe[1], errPipe[0], errPipe[1]}) close(fd);
+        if (options.asNobody && geteuid() == 0) {
+            if (setgroups(0, nullptr) != 0 || setgid(65534) != 0 || setuid(65534) != 0) _exit(126);
+        }
         setenv("OPTOQUILL_ROOT", rootPath.c_str(), 1);
         setenv("OPTOQUILL_LOG", log.c_str(), 1);
         setenv("OPTOQUILL_SOCKET_PREFIX", prefix.c_str(), 1);
