@@ -11,23 +11,6 @@ AwbLscRecord decode(const std::string& content) {
     return AwbLscRecord::decode({content.begin(), content.end()});
 }
 
-TEST(AwbLscRecord, ChecksumIsTheSumModulo255PlusOneOfTheCoveredBytesOnly) {
-    // No fuse ID: AWB covers bytes 5 to 13 (stored at 14), LSC 37 to 1808 (stored at 1809).
-    const std::initializer_list<std::pair<size_t, int>> cases[] = {
-        {},
-        {{5, 200}, {13, 55}, {40, 254}},  // sums of 255 and 254
-        {{4, 9}, {14, 1}, {15, 9}, {36, 9}, {1809, 1}},
-    };
-    const std::array<int, 4> expected[] = {{1, 0, 1, 0}, {1, 0, 255, 0}, {1, 1, 1, 1}};
-    for (size_t i = 0; i < std::size(cases); ++i) {
-        std::string content(1810, '\0');
-        for (const auto& [offset, value] : cases[i]) content[offset] = static_cast<char>(value);
-        const AwbLscRecord r = decode(content);
-        EXPECT_EQ((std::array<int, 4>{r.awb.computed, r.awb.stored, r.lsc.computed, r.lsc.stored}),
-                  expected[i]);
-    }
-}
-
 TEST(AwbLscRecord, BlocksFollowTheFuseIdAndAShortFileLacksThem) {
     std::string outside = awbLscFile(bytes({0xAB}));
     for (size_t offset : {2u, 3u, 4u, 5u, 16u, 34u, 35u, 36u, 37u}) outside[offset] ^= 0x5A;

@@ -50,6 +50,7 @@ TEST(PropertyStore, ReadsBuildPropAndGetpropLinesAsADeviceHoldsThem) {
     char value[PROPERTY_VALUE_MAX];
     EXPECT_EQ(property_get("vendor.empty", value, nullptr), 0);
     EXPECT_STREQ(value, "");
+    EXPECT_EQ(property_get("vendor.unset", value, std::string(200, 'd').c_str()), 91);
     store.clear();
 }
 
