@@ -36,10 +36,11 @@ TEST_F(AfCalibrationDataTest, FuseIdOfACameraOrOfItsBackupModules) {
         {"ta", "abcd0002TA", "23", "T4"},
         {"t5", "abcd0002T5", "30", "can't find camera[30] fuseid\n0"},
         {"w", "", "0", "can't find camera[0] fuseid\n0"}};
-    for (const auto& [camera, value, asked, fuseId] : cases) {
-        PropertyStore::process().set(std::string("vendor.camera.sensor.") + camera + ".fuseID",
-                                     value);
-        EXPECT_EQ(printed([&] { return store.getFuseId(asked); }), fuseId) << camera;
+    for (const auto& c : cases) {
+        PropertyStore::process().set(
+            std::string("vendor.camera.sensor.") + std::get<0>(c) + ".fuseID", std::get<1>(c));
+        EXPECT_EQ(printed([&] { return store.getFuseId(std::get<2>(c)); }), std::get<3>(c))
+            << std::get<0>(c);
     }
     PropertyStore::process().clear();
     PropertyStore::process().set("vendor.camera.sensor.ta.fuseID", "abcd0002TA");
@@ -76,8 +77,12 @@ TEST_F(AfCalibrationDataTest, UsedPointsNeedTemperatureDacAndAnEepromPointWithin
         {"10:16384", 10, 16385, 1, 1, "Error:abs(writingDac - eepromDac) is over 0\n0"}};
     for (const auto& [info, dist, dac, temp, useFlag, result] : cases) {
         PropertyStore::process().set("persist.vendor.camera.sensor.w.afInfo", info);
+        // Copies: a lambda takes no structured binding before C++20.
+        const int point[] = {dist, dac, temp, useFlag};
         EXPECT_EQ(
-            printed([&] { return std::to_string(store.write("0", dist, dac, temp, useFlag)); }),
+            printed([&] {
+                return std::to_string(store.write("0", point[0], point[1], point[2], point[3]));
+            }),
             result)
             << info << " " << dist << " " << dac;
     }
