@@ -223,6 +223,17 @@ void DeviceInspector::inspectAwbLsc(InspectReport::Camera* camera) {
     }
 }
 
+bool DeviceInspector::readLines(const std::string& path, InspectReport::TextFile* file,
+                                std::vector<std::string>* lines) {
+    file->name = baseName(path);
+    std::vector<unsigned char> bytes;
+    file->presence = readFile(file->name, &bytes);
+    if (file->presence != InspectReport::Presence::read) return false;
+    *lines = linesOf(bytes);
+    file->lines = static_cast<int>(lines->size());
+    return true;
+}
+
 InspectReport::Camera* DeviceInspector::cameraOfFocusFuseId(const std::string& fuseId) {
     for (InspectReport::Camera& camera : report.cameras) {
         if (camera.focusSensor.set() && camera.focusSensor.fuseId == fuseId) return &camera;
@@ -232,12 +243,8 @@ InspectReport::Camera* DeviceInspector::cameraOfFocusFuseId(const std::string& f
 
 void DeviceInspector::inspectAfFile() {
     InspectReport::TextFile& file = report.afFile;
-    file.name = baseName(AfCalibrationData::afCalFilePath);
-    std::vector<unsigned char> bytes;
-    file.presence = readFile(file.name, &bytes);
-    if (file.presence != InspectReport::Presence::read) return;
-    const std::vector<std::string> lines = linesOf(bytes);
-    file.lines = static_cast<int>(lines.size());
+    std::vector<std::string> lines;
+    if (!readLines(AfCalibrationData::afCalFilePath, &file, &lines)) return;
     for (size_t i = 0; i < lines.size(); ++i) {
         const int number = static_cast<int>(i + 1);
         const std::string where = "Line " + std::to_string(number) + " of " + file.name;
@@ -290,12 +297,8 @@ void DeviceInspector::inspectAfFile() {
 
 void DeviceInspector::inspectPdOffsetFile() {
     InspectReport::TextFile& file = report.pdOffsetFile;
-    file.name = baseName(AfCalibrationData::pdOffsetCalFilePath);
-    std::vector<unsigned char> bytes;
-    file.presence = readFile(file.name, &bytes);
-    if (file.presence != InspectReport::Presence::read) return;
-    const std::vector<std::string> lines = linesOf(bytes);
-    file.lines = static_cast<int>(lines.size());
+    std::vector<std::string> lines;
+    if (!readLines(AfCalibrationData::pdOffsetCalFilePath, &file, &lines)) return;
     for (size_t i = 0; i < lines.size(); ++i) {
         const int number = static_cast<int>(i + 1);
         const std::string where = "Line " + std::to_string(number) + " of " + file.name;

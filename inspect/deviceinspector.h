@@ -29,6 +29,10 @@ class DeviceInspector {
     // Reads a calibration file; an entry that cannot be read is a problem.
     InspectReport::Presence readFile(const std::string& name, std::vector<unsigned char>* bytes,
                                      const std::string& camera = "");
+    // Reads one of the text files, AF or PD-offset, into `file` and its lines; false when it
+    // cannot be read (the problem is noted).
+    bool readLines(const std::string& path, InspectReport::TextFile* file,
+                   std::vector<std::string>* lines);
     void problem(const std::string& kind, const std::string& file, const std::string& camera,
                  const std::string& message);
     InspectReport::Camera* cameraOfFocusFuseId(const std::string& fuseId);
