@@ -28,6 +28,7 @@ TEST_F(AfCalibrationDataTest, FuseIdOfACameraOrOfItsBackupModules) {
         {"w", "abcd0010ABCDEFGHIJKL", "0", "ABCDEFGHIJ"},
         {"w", "abcd0020ABCDE", "0", "ABCDE"},
         {"w", "abcd-001ABCDEFGH", " 0x", "ABCDEFGH"},
+        {"w", "abcd0000", "0", ""},
         {"t4", "abcd0002T4", "23", "T4"},
         {"fd", "abcd0002FD", "40", "FD"},
         {"t3", "abcd0002T3", "20", "T3"},

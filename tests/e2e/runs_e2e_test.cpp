@@ -152,7 +152,7 @@ std::vector<Case> cases() {
         {"AeRoleNamedFuseIdLongerLength",
             {{"vendor.camera.sensor.rearMain.fuseID", "xxxx0010AB12"}}, {}, kAeStore, kAeWrote, 0,
             {{kAe, kMaintain}, {kLog, kLogged}}},
-        {"AeEightCharacterFuseIdPropertyIsEmpty", {{kW, "xxxx0000"}}, {}, kAeStore, kAeWrote, 0,
+        {"AeZeroLengthFuseIdIsEmpty", {{kW, "xxxx0000AB12"}}, {}, kAeStore, kAeWrote, 0,
             {{kAe, bytes({0x00, 0x02, 0x64, 0x00, 0x02, 0xC8, 0x00, 0x02, 0x2C, 0x01, 0x69, 0x86})},
              {kLog, kLogged}}},
         {"AeWithoutFuseId", {}, {}, kAeStore, kAeWrote, 0,
