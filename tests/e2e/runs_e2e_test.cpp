@@ -473,6 +473,10 @@ TEST_P(Runs, GiveExactlyTheirOutputsAndFiles) {
     for (const std::string& payload : awbLscService.received()) sent.push_back(payload);
     EXPECT_EQ(sent, c.sent);
     const std::string log = device.log();
+    struct stat logInfo;
+    if (stat(device.path("log").c_str(), &logInfo) == 0) {
+        EXPECT_EQ(logInfo.st_mode & 07777, 0644u);
+    }
     for (const std::string& text : c.logged) {
         EXPECT_NE(log.find(expand(text)), std::string::npos) << text << "\nnot in\n" << log;
     }
