@@ -6,6 +6,7 @@
 #include <string>
 
 #include "cli/loadcalifiles.h"
+#include "tests/support/testfiles.h"
 
 namespace {
 
@@ -20,13 +21,8 @@ TEST(RealLibcutils, ListenerMadeByLibcutilsReceivesTheExactPayload) {
 
     int client = accept(server, nullptr, nullptr);
     ASSERT_GE(client, 0);
-    std::string payload;
-    char buffer[64];
-    ssize_t count;
-    while ((count = read(client, buffer, sizeof buffer)) > 0) payload.append(buffer, count);
-    close(client);
+    EXPECT_EQ(readToEnd(client), "pdoffset");
     close(server);
-    EXPECT_EQ(payload, "pdoffset");
 }
 
 }  // namespace

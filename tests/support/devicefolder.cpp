@@ -12,41 +12,13 @@
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
-#include <fstream>
+#include <iterator>
 #include <sstream>
-
-namespace {
-
-std::vector<std::string> splitWords(const std::string& text) {
-    std::istringstream stream(text);
-    std::vector<std::string> words;
-    for (std::string word; stream >> word;) words.push_back(word);
-    return words;
-}
-
-int removeEntry(const char* path, const struct stat*, int, FTW*) {
-    return remove(path);
-}
-
-// Everything written to `fd` until its last writer closes it.
-std::string readAll(int fd) {
-    std::string text;
-    char buffer[4096];
-    for (ssize_t count; (count = read(fd, buffer, sizeof buffer)) > 0;) text.append(buffer, count);
-    close(fd);
-    return text;
-}
-
-}  // namespace
 
 DeviceFolder::DeviceFolder() {
     const char* tmp = getenv("TMPDIR");
-    std::string pattern = std::string(tmp != nullptr && *tmp ? tmp : "/tmp") + "/optoquill-XXXXXX";
-    std::vector<char> name(pattern.begin(), pattern.end());
-    name.push_back('\0');
-    if (mkdtemp(name.data()) == nullptr) abort();
-    rootPath = name.data();
+    rootPath = std::string(tmp != nullptr && *tmp ? tmp : "/tmp") + "/optoquill-XXXXXX";
+    if (mkdtemp(rootPath.data()) == nullptr) abort();
     for (const char* folder :
          {"/mnt", "/mnt/vendor", "/mnt/vendor/persist", "/mnt/vendor/persist/camera", "/sdcard"}) {
         mkdir((rootPath + folder).c_str(), 0755);
@@ -57,6 +29,7 @@ DeviceFolder::DeviceFolder() {
 }
 
 DeviceFolder::~DeviceFolder() {
+    auto removeEntry = [](const char* path, const struct stat*, int, FTW*) { return remove(path); };
     nftw(rootPath.c_str(), removeEntry, 16, FTW_DEPTH | FTW_PHYS);
 }
 
@@ -85,7 +58,8 @@ std::vector<std::string> DeviceFolder::persistEntries() const {
 
 RunResult DeviceFolder::run(const std::vector<std::string>& arguments,
                             const RunOptions& options) const {
-    std::vector<std::string> command = splitWords(OPTOQUILL_TEST_EMULATOR);
+    std::istringstream emulator(OPTOQUILL_TEST_EMULATOR);
+    std::vector<std::string> command{std::istream_iterator<std::string>(emulator), {}};
     command.push_back(options.inspect ? OPTOQUILL_INSPECT_BINARY : OPTOQUILL_BINARY);
     command.insert(command.end(), arguments.begin(), arguments.end());
     std::vector<char*> argv;
@@ -124,8 +98,8 @@ RunResult DeviceFolder::run(const std::vector<std::string>& arguments,
     close(errPipe[1]);
     RunResult result;
     // Standard error holds a few lines at most: it waits in its pipe while standard output drains.
-    result.out = readAll(outPipe[0]);
-    result.err = readAll(errPipe[0]);
+    result.out = readToEnd(outPipe[0]);
+    result.err = readToEnd(errPipe[0]);
     int status = 0;
     waitpid(child, &status, 0);
     if (WIFEXITED(status)) result.status = WEXITSTATUS(status);

@@ -8,6 +8,8 @@
 #include <cstdlib>
 #include <cstring>
 
+#include "tests/support/testfiles.h"
+
 SocketListener::SocketListener(const std::string& name) {
     sockaddr_un address = {};
     address.sun_family = AF_UNIX;
@@ -29,12 +31,7 @@ std::vector<std::string> SocketListener::received() {
     for (;;) {
         int client = accept4(fd, nullptr, nullptr, SOCK_CLOEXEC);  // blocking: read to the end
         if (client < 0) break;
-        std::string payload;
-        char buffer[256];
-        ssize_t count;
-        while ((count = read(client, buffer, sizeof buffer)) > 0) payload.append(buffer, count);
-        close(client);
-        payloads.push_back(payload);
+        payloads.push_back(readToEnd(client));
     }
     return payloads;
 }

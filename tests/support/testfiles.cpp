@@ -2,6 +2,7 @@
 
 #include <dirent.h>
 #include <sys/stat.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <fstream>
@@ -25,6 +26,14 @@ bool fileExists(const std::string& path) {
 std::string bytes(std::initializer_list<int> values) {
     std::string text;
     for (int value : values) text += static_cast<char>(value);
+    return text;
+}
+
+std::string readToEnd(int fd) {
+    std::string text;
+    char buffer[4096];
+    for (ssize_t count; (count = read(fd, buffer, sizeof buffer)) > 0;) text.append(buffer, count);
+    close(fd);
     return text;
 }
 

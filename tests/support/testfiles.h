@@ -9,4 +9,5 @@ std::string readFile(const std::string& path);
 void writeFile(const std::string& path, const std::string& content);
 bool fileExists(const std::string& path);  // without following a link
 std::string bytes(std::initializer_list<int> values);
+std::string readToEnd(int fd);  // everything until the last writer closes it; closes `fd`
 std::vector<std::string> directoryEntries(const std::string& directory);  // sorted, no . or ..
