@@ -92,11 +92,4 @@ TEST_F(AfCalibrationDataTest, UsedPointsNeedTemperatureDacAndAnEepromPointWithin
     EXPECT_EQ(store.getDac(fuseId, 20), -1);
 }
 
-TEST_F(AfCalibrationDataTest, MissingFuseIdIsReportedFirstAndRefused) {
-    EXPECT_EQ(printed([&] { return std::to_string(store.write("0", 50, 300, 30, 0)); }),
-              "can't find camera[0] fuseid\n0");
-    EXPECT_EQ(printed([&] { return std::to_string(store.write("0", 50, 300, 0, 1)); }),
-              "can't find camera[0] fuseid\nError:temperature 0 is not within the usable range\n0");
-}
-
 }  // namespace

@@ -24,7 +24,7 @@ using Args = std::vector<std::string>;
 struct Case {
     std::string name;
     Files properties;
-    Files before;  // a value of kDirectory makes a folder, kAbsent removes one, kLinkTo a link
+    Files before;  // kDirectory: a folder in place of any file, kAbsent: none, kLinkTo: a link
     Args args;
     std::string out;
     int status;      // exit status, or -signal
@@ -133,6 +133,14 @@ std::vector<Case> cases() {
         {"LongNamesAsTheScriptsSpellThem", {}, {}, {"--limux", "5", "--use", "1", "-p", "-t", "30"},
             "", 0, {}},
         {"NoOptions", {}, {}, {}, "", 0, {}},
+        {"MissingPropertiesFileStopsBeforeAnyStage", {}, {{"%R/properties", kAbsent}},
+            {"-n", "0", "-D", "10", "-t", "30"}, "", 2, {}, {},
+            "optoquill: cannot read properties file %R/properties: No such file or directory\n"},
+        {"PropertiesFileIsADirectory", {}, {{"%R/properties", kDirectory}}, {}, "", 2, {}, {},
+            "optoquill: cannot read properties file %R/properties: Is a directory\n"},
+        {"PropertyLineOfNeitherFormIsOnlyWarnedAbout", {}, {{"%R/properties", "a=1\nb: 2\n"}},
+            {}, "", 0, {}, {}, "optoquill: properties file %R/properties, line 2 is neither "
+            "name=value nor [name]: [value], skipped\n"},
         {"UnknownCameraEndsTheRunBeforeTheAfStore", kAbc123, {},
             {"-n", "99", "-D", "10", "-t", "30"}, "Error:Invalid camera name\n", 255, {}},
         {"UnknownUnderScreenCamera", {}, {}, {"-u", "-n", "w", "-f", "%R/x"},
@@ -280,6 +288,12 @@ std::vector<Case> cases() {
             "Error:failed to write %Pcom.nurvak.afc.bin\n", 0,
             {{kAf, "1,0,ABC123,10,300,25,1\n"}}, {}, "",
             {"I/AfCalibrationData: dis 10 : dac 300\nI/AfCalibrationData: dis 50 : dac 420\n"}},
+        // A missing fuse ID is reported first, then the point is refused whatever it holds.
+        {"AfStoreWithoutFuseId", {}, {}, kAfStore, "can't find camera[0] fuseid\n"
+            "Error:failed to write %Pcom.nurvak.afc.bin\n", 0, {}},
+        {"AfStoreWithoutFuseIdAndOutOfRange", {}, {}, {"-n", "0", "-d", "50", "-D", "300", "-t",
+            "51", "-F", "1"}, "can't find camera[0] fuseid\nError:temperature 51 is not within the "
+            "usable range\nError:failed to write %Pcom.nurvak.afc.bin\n", 0, {}},
         {"AfStoreWithoutCameraAborts", {}, {}, {"-D", "300", "-t", "30"}, "", -SIGABRT, {}, {},
             "Error:camera id is not a valid number: \"\"\n"},
         {"AfCheckOfANonNumericDacAborts", {}, {{kAf, "1,0,ABC123,50,x300,25,1\n"}},
@@ -408,10 +422,9 @@ class Runs : public testing::TestWithParam<Case> {
 
     void plant(const std::string& name, const std::string& content) const {
         const std::string path = pathOf(name);
-        if (content == kDirectory) {
-            mkdir(path.c_str(), 0755);
-        } else if (content == kAbsent) {
-            rmdir(path.c_str());
+        if (content == kDirectory || content == kAbsent) {
+            remove(path.c_str());
+            if (content == kDirectory) mkdir(path.c_str(), 0755);
         } else if (content.rfind(kLinkTo, 0) == 0) {
             symlink(expand(content.substr(kLinkTo.size())).c_str(), path.c_str());
         } else {
@@ -484,30 +497,5 @@ TEST_P(Runs, GiveExactlyTheirOutputsAndFiles) {
 
 INSTANTIATE_TEST_SUITE_P(Tool, Runs, testing::ValuesIn(cases()),
                          [](const testing::TestParamInfo<Case>& info) { return info.param.name; });
-
-TEST(FrontEnd, UnreadablePropertiesFileStopsBeforeAnyStage) {
-    DeviceFolder device;
-    RunOptions options;
-    options.propertiesFile = device.path("no-such-properties");
-    RunResult result = device.run({"-n", "0", "-D", "10", "-t", "30"}, options);
-    EXPECT_EQ(result.status, 2);
-    EXPECT_EQ(result.out, "");
-    EXPECT_EQ(result.err, "optoquill: cannot read properties file " +
-                              device.path("no-such-properties") + ": No such file or directory\n");
-    EXPECT_EQ(device.persistEntries(), Args{});
-
-    options.propertiesFile = device.root();
-    result = device.run({}, options);
-    EXPECT_EQ(result.err,
-              "optoquill: cannot read properties file " + device.root() + ": Is a directory\n");
-
-    // A line of neither form is only worth a warning.
-    options.propertiesFile = device.path("properties");
-    writeFile(options.propertiesFile, "vendor.a=1\nvendor.b: 2\n");
-    result = device.run({}, options);
-    EXPECT_EQ(result.status, 0);
-    EXPECT_EQ(result.err, "optoquill: properties file " + options.propertiesFile +
-                              ", line 2 is neither name=value nor [name]: [value], skipped\n");
-}
 
 }  // namespace
