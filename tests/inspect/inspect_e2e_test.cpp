@@ -16,11 +16,7 @@ const char kAe[] = "com.nurvak.aecal.w.bin";
 const char kAwbLsc[] = "com.nurvak.awblsccal.f.bin";
 const char kAf[] = "com.nurvak.afc.bin";
 const char kPdOffset[] = "com.nurvak.pdoffset.bin";
-const RunOptions kInspect = [] {
-    RunOptions options;
-    options.inspect = true;
-    return options;
-}();
+const RunOptions kInspect = {-1, "", true};
 
 // Rear main ABC123 and front F00D, each stored the way a factory station stores them.
 void calibrate(DeviceFolder& device) {
@@ -62,12 +58,6 @@ std::vector<std::string> problemsOf(const Json::Value& json) {
                            problem["camera"].asString());
     }
     return problems;
-}
-
-void flipByte(const std::string& path, size_t offset) {
-    std::string content = readFile(path);
-    content[offset] ^= 0x01;
-    writeFile(path, content);
 }
 
 }  // namespace
@@ -117,12 +107,14 @@ TEST(Inspect, PlantedFaults) {
         std::vector<std::string> problems;
     } kCases[] = {
         {"corrupt CRC",
-         [](DeviceFolder& d) { flipByte(d.persistFile(kAe), 9); },
+         [](DeviceFolder& d) {
+             std::string ae = readFile(d.persistFile(kAe));
+             writeFile(d.persistFile(kAe), ae.replace(9, 1, 1, ae[9] ^ 1));
+         },
          {"crc com.nurvak.aecal.w.bin w"}},
         {"wrong fuse ID",
          [](DeviceFolder& d) {
-             std::string other = awbLscFile(bytes({0xF0, 0x0E}));
-             writeFile(d.persistFile(kAwbLsc), other);
+             writeFile(d.persistFile(kAwbLsc), awbLscFile(bytes({0xF0, 0x0E})));
          },
          {"fuse-id com.nurvak.awblsccal.f.bin f"}},
         {"swapped module",
