@@ -24,19 +24,16 @@ class AfCalibrationDataTest : public testing::Test {
 
 TEST_F(AfCalibrationDataTest, FuseIdOfACameraOrOfItsBackupModules) {
     // Properties set one after the other, the camera asked for, and the fuse ID.
+    // clang-format off
     const std::tuple<const char*, const char*, const char*, const char*> cases[] = {
-        {"w", "abcd0010ABCDEFGHIJKL", "0", "ABCDEFGHIJ"},
-        {"w", "abcd0020ABCDE", "0", "ABCDE"},
-        {"w", "abcd-001ABCDEFGH", " 0x", "ABCDEFGH"},
-        {"w", "abcd0000", "0", ""},
-        {"t4", "abcd0002T4", "23", "T4"},
-        {"fd", "abcd0002FD", "40", "FD"},
-        {"t3", "abcd0002T3", "20", "T3"},
-        {"t2", "abcd0002T2", "20", "T2"},
-        {"t", "abcd0001T", "20", "T"},
-        {"ta", "abcd0002TA", "23", "T4"},
+        {"w", "abcd0010ABCDEFGHIJKL", "0", "ABCDEFGHIJ"}, {"w", "abcd0020ABCDE", "0", "ABCDE"},
+        {"w", "abcd-001ABCDEFGH", " 0x", "ABCDEFGH"}, {"w", "abcd0000", "0", ""},
+        {"t4", "abcd0002T4", "23", "T4"}, {"fd", "abcd0002FD", "40", "FD"},
+        {"t3", "abcd0002T3", "20", "T3"}, {"t2", "abcd0002T2", "20", "T2"},
+        {"t", "abcd0001T", "20", "T"}, {"ta", "abcd0002TA", "23", "T4"},
         {"t5", "abcd0002T5", "30", "can't find camera[30] fuseid\n0"},
         {"w", "", "0", "can't find camera[0] fuseid\n0"}};
+    // clang-format on
     for (const auto& c : cases) {
         PropertyStore::process().set(
             std::string("vendor.camera.sensor.") + std::get<0>(c) + ".fuseID", std::get<1>(c));

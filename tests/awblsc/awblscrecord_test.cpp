@@ -7,10 +7,6 @@
 
 namespace {
 
-AwbLscRecord decode(const std::string& content) {
-    return AwbLscRecord::decode({content.begin(), content.end()});
-}
-
 TEST(AwbLscRecord, BlocksFollowTheFuseIdAndAShortFileLacksThem) {
     std::string outside = awbLscFile(bytes({0xAB}));
     for (size_t offset : {2u, 3u, 4u, 5u, 16u, 34u, 35u, 36u, 37u}) outside[offset] ^= 0x5A;
@@ -29,7 +25,7 @@ TEST(AwbLscRecord, BlocksFollowTheFuseIdAndAShortFileLacksThem) {
         {"", false, false, false, false, ""},
     };
     for (const auto& c : cases) {
-        const AwbLscRecord r = decode(c.bytes);
+        const AwbLscRecord r = AwbLscRecord::decode({c.bytes.begin(), c.bytes.end()});
         EXPECT_EQ(
             std::make_tuple(r.awb.present, r.awb.ok(), r.lsc.present, r.lsc.ok(), r.fuseIdHex),
             std::make_tuple(c.awbPresent, c.awbOk, c.lscPresent, c.lscOk, std::string(c.fuseId)))

@@ -5,11 +5,11 @@
 namespace {
 
 TEST(EepromBinRecord, FuseIdOfThePathAndTheSensorItBelongsTo) {
-    const std::pair<const char*, const char*> paths[] = {{"/sdcard/ABC123.bin", "abc123"},
-                                                         {"ABC123", "abc123"},
-                                                         {"/data/x.bin.bak", "x"},
-                                                         {"/data/old.bin/ABC.bin", "abc.bin"},
-                                                         {"/data/", ""}};
+    // clang-format off
+    const std::pair<const char*, const char*> paths[] = {
+        {"/sdcard/ABC123.bin", "abc123"}, {"ABC123", "abc123"}, {"/data/x.bin.bak", "x"},
+        {"/data/old.bin/ABC.bin", "abc.bin"}, {"/data/", ""}};
+    // clang-format on
     for (const auto& [path, fuseId] : paths) EXPECT_EQ(EepromBinRecord::fuseIdOfPath(path), fuseId);
     const std::tuple<const char*, const char*, bool> fitted[] = {
         {"abc", "XABCY", true}, {"ABC", "ZZZ", false}, {"abd", "XABCY", false}};

@@ -8,13 +8,13 @@
 namespace {
 
 TEST(HostLog, FormatsOneLinePerMessage) {
+    // clang-format off
     const std::tuple<int, const char*, const char*> cases[] = {
         {ANDROID_LOG_DEBUG, "data file size 14", "D/T: data file size 14\n"},
         {ANDROID_LOG_INFO, "proertyId:x \n\n", "I/T: proertyId:x \n"},
-        {ANDROID_LOG_ERROR, "a\nb\n", "E/T: a\nb\n"},
-        {ANDROID_LOG_VERBOSE, "", "V/T: \n"},
-        {ANDROID_LOG_WARN, "\n", "W/T: \n"},
-        {ANDROID_LOG_FATAL, "f", "F/T: f\n"}};
+        {ANDROID_LOG_ERROR, "a\nb\n", "E/T: a\nb\n"}, {ANDROID_LOG_VERBOSE, "", "V/T: \n"},
+        {ANDROID_LOG_WARN, "\n", "W/T: \n"}, {ANDROID_LOG_FATAL, "f", "F/T: f\n"}};
+    // clang-format on
     for (const auto& [priority, message, line] : cases) {
         EXPECT_EQ(formatLogLine(priority, "T", message), line);
     }
@@ -32,16 +32,14 @@ TEST(PropertyStore, ReadsBuildPropAndGetpropLinesAsADeviceHoldsThem) {
         &skipped);
     EXPECT_EQ(skipped, (std::vector<int>{9, 10}));
     // name, property_get's result and value (with a default of "default")
+    // clang-format off
     const std::tuple<const char*, int, std::string> cases[] = {
-        {"vendor.a", 10, "later wins"},
-        {"vendor.b", 21, "value with ]: [inside"},
-        {"vendor.c", 4, "a=b "},
-        {"vendor.empty", 7, "default"},
-        {"vendor.d", 7, "default"},
+        {"vendor.a", 10, "later wins"}, {"vendor.b", 21, "value with ]: [inside"},
+        {"vendor.c", 4, "a=b "}, {"vendor.empty", 7, "default"}, {"vendor.d", 7, "default"},
         {"vendor.long", PROPERTY_VALUE_MAX - 1, std::string(PROPERTY_VALUE_MAX - 1, 'v')},
-        {"vendor.last", 10, "no newline"},
-        {"# comment", 7, "default"},
+        {"vendor.last", 10, "no newline"}, {"# comment", 7, "default"},
         {"not a property line", 7, "default"}};
+    // clang-format on
     for (const auto& [name, length, text] : cases) {
         char value[PROPERTY_VALUE_MAX];
         EXPECT_EQ(property_get(name, value, "default"), length) << name;
