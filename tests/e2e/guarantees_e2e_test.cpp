@@ -32,31 +32,30 @@ class Guarantees : public testing::Test {
 };
 
 TEST_F(Guarantees, StationsStoringAtOnceLoseNothing) {
-    // Eight AE stores, two AWB/LSC stores and four AF points, all at once.
-    const std::vector<std::string> ids = {"0", "1", "20", "21", "22", "23", "24", "25", "1", "40"};
-    std::vector<std::string> entries = {kLog, "com.nurvak.afc.bin"};
     std::vector<std::thread> stations;
-    for (size_t i = 0; i < ids.size() + 4; ++i) {
-        const std::vector<std::string> args =
-            i < 8    ? std::vector<std::string>{"-n", ids[i], "-l", "100", "-s", "200", "-e", "300"}
-            : i < 10 ? std::vector<std::string>{"-u", "-n", ids[i], "-f", awbLscSource}
-                     : std::vector<std::string>{"-n", "0",   "-d", std::to_string(i),
-                                                "-D", "300", "-t", "30"};
+    auto station = [&](std::vector<std::string> args) {
         stations.emplace_back([this, args] { EXPECT_EQ(device.run(args).status, 0); });
+    };
+    for (const char* id : {"0", "1", "20", "21", "22", "23", "24", "25"}) {
+        station({"-n", id, "-l", "100", "-s", "200", "-e", "300"});
     }
-    for (const char* name : {"w", "f", "t", "u", "m", "t4x", "m2x", "d"}) {
-        entries.push_back(std::string("com.nurvak.aecal.") + name + ".bin");
+    for (const char* id : {"1", "40"}) station({"-u", "-n", id, "-f", awbLscSource});
+    for (const char* distance : {"10", "11", "12", "13"}) {
+        station({"-n", "0", "-d", distance, "-D", "300", "-t", "30"});
     }
-    entries.insert(entries.end(), {"com.nurvak.awblsccal.f.bin", "com.nurvak.awblsccal.faux.bin"});
-    for (std::thread& station : stations) station.join();
-    std::sort(entries.begin(), entries.end());
-    EXPECT_EQ(device.persistEntries(), entries);
+    for (std::thread& running : stations) running.join();
+    EXPECT_EQ(device.persistEntries(),
+              (std::vector<std::string>{
+                  kLog, "com.nurvak.aecal.d.bin", "com.nurvak.aecal.f.bin", "com.nurvak.aecal.m.bin",
+                  "com.nurvak.aecal.m2x.bin", "com.nurvak.aecal.t.bin", "com.nurvak.aecal.t4x.bin",
+                  "com.nurvak.aecal.u.bin", "com.nurvak.aecal.w.bin", "com.nurvak.afc.bin",
+                  "com.nurvak.awblsccal.f.bin", "com.nurvak.awblsccal.faux.bin"}));
     const std::string log = readFile(device.persistFile(kLog));
     EXPECT_EQ(std::count(log.begin(), log.end(), '\n'), 10);
     EXPECT_EQ(log.find("result:0"), std::string::npos);
     const std::string points = readFile(device.persistFile("com.nurvak.afc.bin"));
-    for (size_t i = ids.size(); i < ids.size() + 4; ++i) {
-        EXPECT_NE(points.find("0,0,AB12," + std::to_string(i) + ",300,30,"), std::string::npos);
+    for (const char* distance : {"10", "11", "12", "13"}) {
+        EXPECT_NE(points.find(std::string("0,0,AB12,") + distance + ",300,30,"), std::string::npos);
     }
 }
 
