@@ -6,6 +6,7 @@
 #include <unistd.h>
 
 #include <functional>
+#include <sstream>
 
 #include "tests/support/awblscfile.h"
 #include "tests/support/devicefolder.h"
@@ -38,15 +39,13 @@ void calibrate(DeviceFolder& device) {
     }
 }
 
-Json::Value inspectJson(const DeviceFolder& device, int* status) {
+Json::Value inspectJson(const DeviceFolder& device, int expectedStatus) {
     RunResult result = device.run({"--json"}, kInspect);
-    *status = result.status;
+    EXPECT_EQ(result.status, expectedStatus);
     Json::Value json;
     std::string errors;
-    std::unique_ptr<Json::CharReader> reader(Json::CharReaderBuilder().newCharReader());
-    EXPECT_TRUE(
-        reader->parse(result.out.data(), result.out.data() + result.out.size(), &json, &errors))
-        << errors;
+    std::istringstream out(result.out);
+    EXPECT_TRUE(Json::parseFromStream(Json::CharReaderBuilder(), out, &json, &errors)) << errors;
     return json;
 }
 
@@ -68,9 +67,7 @@ TEST(Inspect, HealthyDevice) {
     calibrate(device);
     const std::string log = device.log();
     const std::vector<std::string> entries = device.persistEntries();
-    int status = -1;
-    Json::Value json = inspectJson(device, &status);
-    EXPECT_EQ(status, 0);
+    Json::Value json = inspectJson(device, 0);
     EXPECT_EQ(device.log(), log);  // reads only, the Android log included
     EXPECT_EQ(device.persistEntries(), entries);
     EXPECT_EQ(problemsOf(json), std::vector<std::string>{});
@@ -143,10 +140,7 @@ TEST(Inspect, PlantedFaults) {
         DeviceFolder device;
         calibrate(device);
         c.plant(device);
-        int status = -1;
-        Json::Value json = inspectJson(device, &status);
-        EXPECT_EQ(status, 1);
-        EXPECT_EQ(problemsOf(json), c.problems);
+        EXPECT_EQ(problemsOf(inspectJson(device, 1)), c.problems);
     }
 }
 
