@@ -185,10 +185,9 @@ std::vector<Case> cases() {
             "%R/f:\nfactor format:\n" + kAeLayout + "\n" + kAeFields +
             "\ncontents:\n02AB1202640002C800022C01\n", 0, {}, {}, "",
             {"D/AeCalibrationData: factory source file\n"}},
-        {"AeDumpLogsAWrongCrc", {}, {{"%R/l", bytes({0, 2, 0x34, 0x12, 2, 0, 0, 2, 0, 0, 0xAA,
-            0xBB})}}, {"-i", "-s", "1", "-f", "%R/l"}, "%R/l:\nmaintain format:\n" + kAeLayout +
-            "2 byte|\n" + kAeFields + "crc   |\ncontents:\n00023412020000020000AABB\n", 0, {}, {},
-            "",
+        {"AeDumpOfABadCrc", {}, {{"%R/l", bytes({0, 2, 0x34, 0x12, 2, 0, 0, 2, 0, 0, 0xAA, 0xBB})}},
+            {"-i", "-s", "1", "-f", "%R/l"}, "%R/l:\nmaintain format:\n" + kAeLayout + "2 byte|\n" +
+            kAeFields + "crc   |\ncontents:\n00023412020000020000AABB\n", 0, {}, {}, "",
             {"D/AeCalibrationData: data file size 12\n"
              "E/AeCalibrationData: mismatch crc (0xAABB, 0x5F30)\n"
              "D/AeCalibrationData: file_byte=12, luma=4660, gain=0, exposure=0, crc=0x5f30\n"

@@ -65,8 +65,7 @@ RunResult DeviceFolder::run(const std::vector<std::string>& arguments,
     std::vector<char*> argv;
     for (std::string& word : command) argv.push_back(word.data());
     argv.push_back(nullptr);
-    const std::string properties =
-        options.propertiesFile.empty() ? rootPath + "/properties" : options.propertiesFile;
+    const std::string propertiesFile = rootPath + "/properties";
     const std::string log = rootPath + "/log";
 
     int outPipe[2];
@@ -84,7 +83,7 @@ RunResult DeviceFolder::run(const std::vector<std::string>& arguments,
         setenv("OPTOQUILL_ROOT", rootPath.c_str(), 1);
         setenv("OPTOQUILL_LOG", log.c_str(), 1);
         setenv("OPTOQUILL_SOCKET_PREFIX", prefix.c_str(), 1);
-        setenv("OPTOQUILL_PROPERTIES", properties.c_str(), 1);
+        setenv("OPTOQUILL_PROPERTIES", propertiesFile.c_str(), 1);
         if (options.fileSizeLimit >= 0) {
             signal(SIGXFSZ, SIG_IGN);  // a write past the limit fails, as on a full disk
             rlimit limit = {static_cast<rlim_t>(options.fileSizeLimit),

@@ -15,10 +15,9 @@ struct RunResult {
 };
 
 struct RunOptions {
-    long fileSizeLimit = -1;     // bytes any file may grow to (a full disk), -1 for none
-    std::string propertiesFile;  // use this file instead of the folder's own
-    bool inspect = false;        // run optoquill-inspect instead of optoquill
-    bool asNobody = false;       // run as user and group 65534, when the test runs as root
+    long fileSizeLimit = -1;  // bytes any file may grow to (a full disk), -1 for none
+    bool inspect = false;     // run optoquill-inspect instead of optoquill
+    bool asNobody = false;    // run as user and group 65534, when the test runs as root
 };
 
 // A device in a temporary folder: the persist directory, sdcard, a properties file, a log file
