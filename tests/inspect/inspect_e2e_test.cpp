@@ -17,7 +17,7 @@ const char kAe[] = "com.nurvak.aecal.w.bin";
 const char kAwbLsc[] = "com.nurvak.awblsccal.f.bin";
 const char kAf[] = "com.nurvak.afc.bin";
 const char kPdOffset[] = "com.nurvak.pdoffset.bin";
-const RunOptions kInspect = {-1, true};
+const RunOptions kInspect = {/*fileSizeLimit=*/-1, /*inspect=*/true};
 
 // Rear main ABC123 and front F00D, each stored the way a factory station stores them.
 void calibrate(DeviceFolder& device) {
