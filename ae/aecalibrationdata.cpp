@@ -5,7 +5,7 @@
 #include <cstdio>
 
 #include "ae/aerecord.h"
-#include "common/filebytes.h"
+#include "base/hextext.h"
 #include "common/recordfile.h"
 
 namespace {
@@ -14,13 +14,15 @@ const char kTag[] = "AeCalibrationData";
 
 }  // namespace
 
-bool AeCalibrationData::parse(char const* file, bool followLinks) {
-    std::vector<unsigned char> content;
-    if (!readWholeFile(file, &content, followLinks)) {
+bool AeCalibrationData::parse(char const* file, Links links) {
+    const FileRead read = readFile(file, links);
+    if (!read.ok()) {
         __android_log_print(ANDROID_LOG_ERROR, kTag, "failed to open file %s", file);
+        // A path from the command line is named with the reason; the store's own file is not.
+        if (links == Links::follow && read.status != FileRead::Status::absent) read.report(file);
         return false;
     }
-    data = std::move(content);
+    data.assign(read.bytes.begin(), read.bytes.end());
     const int size = static_cast<int>(data.size());
     __android_log_print(ANDROID_LOG_DEBUG, kTag, "data file size %d", size);
 
@@ -58,14 +60,15 @@ bool AeCalibrationData::parse(char const* file, bool followLinks) {
     return true;
 }
 
-bool AeCalibrationData::write(char const* file) {
-    if (!isValid) return false;
+WriteResult AeCalibrationData::write(char const* file) {
+    if (!isValid) return {WriteResult::Step::open, 0};
     std::vector<unsigned char> stored = data;
     if (!hasCrc) {
         stored.push_back(static_cast<unsigned char>(crc >> 8));
         stored.push_back(static_cast<unsigned char>(crc & 0xFF));
     }
-    return storeRecordFile(file, stored.data(), stored.size(), kTag, ANDROID_LOG_DEBUG);
+    return storeRecordFile(file, {reinterpret_cast<const char*>(stored.data()), stored.size()},
+                           kTag, "", ANDROID_LOG_DEBUG);
 }
 
 void AeCalibrationData::dump() {

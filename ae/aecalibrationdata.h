@@ -4,6 +4,9 @@
 #include <string>
 #include <vector>
 
+#include "base/filereader.h"
+#include "common/safefilewriter.h"
+
 // One camera's auto-exposure calibration record: the sensor fuse ID, luma, gain and exposure.
 // Its file comes in a factory form (L + 10 bytes) and a maintain form that adds a CRC-16 of
 // everything before it, high byte first (L + 12 bytes), where L is the fuse ID's byte count:
@@ -14,11 +17,12 @@ class AeCalibrationData {
     AeCalibrationData() = default;
 
     // Reads and checks a file of either form (AeRecord takes it apart) and logs what it found. A
-    // CRC that does not match is logged but accepted.
-    bool parse(char const* file, bool followLinks = true);
+    // CRC that does not match is logged but accepted. A file on shared storage, where anyone may
+    // plant a link, is read only as the file itself (Links::refuse).
+    bool parse(char const* file, Links links = Links::follow);
 
     // Stores the record in maintain form; a factory-form record gains its CRC.
-    bool write(char const* file);
+    WriteResult write(char const* file);
 
     bool valid() { return isValid; }
     std::string& fuseId() { return fuseIdHex; }

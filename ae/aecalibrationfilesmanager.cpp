@@ -7,48 +7,14 @@
 #include <cstdlib>
 #include <vector>
 
-#include "common/decimaltext.h"
-#include "common/devicepaths.h"
-#include "common/uniquefd.h"
-
-const std::map<std::string, std::string> aeFilePathTable = {
-    {"w", persistFile("com.nurvak.aecal.w.bin")},
-    {"f", persistFile("com.nurvak.aecal.f.bin")},
-    {"t", persistFile("com.nurvak.aecal.t.bin")},
-    {"u", persistFile("com.nurvak.aecal.u.bin")},
-    {"m", persistFile("com.nurvak.aecal.m.bin")},
-    {"t4x", persistFile("com.nurvak.aecal.t4x.bin")},
-    {"m2x", persistFile("com.nurvak.aecal.m2x.bin")},
-    {"d", persistFile("com.nurvak.aecal.d.bin")},
-    {"faux", persistFile("com.nurvak.aecal.faux.bin")},
-};
-
-const std::map<std::string, int> aeCameraRoleIdTable = {
-    {"w", 0},    {"f", 1},    {"t", 20}, {"u", 21},    {"m", 22},
-    {"t4x", 23}, {"m2x", 24}, {"d", 25}, {"faux", 40},
-};
-
-const std::map<int, std::string> aeFuseIdPropertyTable = {
-    {0, "vendor.camera.sensor.w.fuseID"},     {1, "vendor.camera.sensor.f.fuseID"},
-    {20, "vendor.camera.sensor.t.fuseID"},    {21, "vendor.camera.sensor.u.fuseID"},
-    {22, "vendor.camera.sensor.m.fuseID"},    {23, "vendor.camera.sensor.t4x.fuseID"},
-    {24, "vendor.camera.sensor.m2x.fuseID"},  {25, "vendor.camera.sensor.d.fuseID"},
-    {40, "vendor.camera.sensor.faux.fuseID"},
-};
-
-const std::map<int, std::string> aeRoleFuseIdPropertyTable = {
-    {0, "vendor.camera.sensor.rearMain.fuseID"},     {1, "vendor.camera.sensor.frontMain.fuseID"},
-    {20, "vendor.camera.sensor.rearTele.fuseID"},    {21, "vendor.camera.sensor.rearUltra.fuseID"},
-    {22, "vendor.camera.sensor.rearMacro.fuseID"},   {23, "vendor.camera.sensor.rearTele4x.fuseID"},
-    {24, "vendor.camera.sensor.rearMacro2x.fuseID"}, {25, "vendor.camera.sensor.rearDepth.fuseID"},
-    {40, "vendor.camera.sensor.frontAux.fuseID"},
-};
+#include "base/decimal.h"
+#include "base/uniquefd.h"
 
 namespace {
 
 const char kTag[] = "AeCalibrationFilesManager";
-const CalibrationFileTables kTables = {aeFilePathTable, aeCameraRoleIdTable, aeFuseIdPropertyTable,
-                                       aeRoleFuseIdPropertyTable};
+// Every camera of the camera map has an AE file.
+constexpr CameraColumn kAeFile = &CameraRole::aeFile;
 using Files = CalibrationFilesManager<AeCalibrationData>;
 
 // The fuse ID's hexadecimal text as bytes, two digits each (a lone last digit alone); base-16
@@ -76,7 +42,7 @@ void appendLittleEndian(std::vector<unsigned char>* bytes, int value) {
 
 AeCalibrationFilesManager::AeCalibrationFilesManager(std::string camera, std::string sourceFile)
     // The source is the temporary AE file, on shared storage.
-    : files(std::move(camera), std::move(sourceFile), kTables, kTag, "ae", false) {}
+    : files(std::move(camera), std::move(sourceFile), kAeFile, kTag, "ae", Links::refuse) {}
 
 bool AeCalibrationFilesManager::parse() {
     const bool matchedBefore = files.fuseIdMatched();
@@ -85,7 +51,7 @@ bool AeCalibrationFilesManager::parse() {
 }
 
 std::string AeCalibrationFilesManager::propertyFuseId(int roleId) {
-    return Files::readFuseId(kTables, roleId, kTag);
+    return Files::readFuseId(kAeFile, roleId, kTag);
 }
 
 bool AeCalibrationFilesManager::write() {
@@ -102,13 +68,13 @@ void AeCalibrationFilesManager::dump(std::string file) {
 
 void AeCalibrationFilesManager::makeFile(const std::string& camera, const std::string& file,
                                          int luma, int gain, int exposure) {
-    auto roleId = aeCameraRoleIdTable.find(camera);
-    if (roleId == aeCameraRoleIdTable.end()) {
+    const CameraRole* role = Files::lookUp(kAeFile, camera);
+    if (role == nullptr) {
         Files::printUnknownCamera(camera);
         return;
     }
     const std::vector<unsigned char> fuseId =
-        fuseBytes(Files::readFuseId(kTables, roleId->second, kTag));
+        fuseBytes(Files::readFuseId(kAeFile, role->roleId, kTag));
 
     std::vector<unsigned char> content;
     content.push_back(static_cast<unsigned char>(fuseId.size() & 0xFF));

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <map>
 #include <string>
 
 #include "ae/aecalibrationdata.h"
@@ -36,8 +35,3 @@ class AeCalibrationFilesManager {
   private:
     CalibrationFilesManager<AeCalibrationData> files;
 };
-
-extern const std::map<std::string, std::string> aeFilePathTable;
-extern const std::map<std::string, int> aeCameraRoleIdTable;
-extern const std::map<int, std::string> aeFuseIdPropertyTable;
-extern const std::map<int, std::string> aeRoleFuseIdPropertyTable;

@@ -1,7 +1,7 @@
 #include "ae/aerecord.h"
 
-#include "common/crc16ccitt.h"
-#include "common/filebytes.h"
+#include "base/crc16ccitt.h"
+#include "base/hextext.h"
 
 AeRecord AeRecord::decode(const std::vector<unsigned char>& bytes) {
     auto byteAt = [&bytes](size_t offset) -> unsigned {

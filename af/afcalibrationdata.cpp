@@ -1,61 +1,47 @@
 #include "af/afcalibrationdata.h"
 
 #include <android/log.h>
-#include <fcntl.h>
-#include <sys/stat.h>
-#include <unistd.h>
 
 #include <algorithm>
-#include <cerrno>
 #include <cfloat>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>
 
-#include "af/afcameraproperties.h"
 #include "af/aflines.h"
-#include "common/decimaltext.h"
+#include "base/decimal.h"
+#include "base/filereader.h"
+#include "common/devicepaths.h"
 #include "common/fileattribute.h"
 #include "common/fuseidproperty.h"
-#include "common/safefilewriter.h"
-#include "common/uniquefd.h"
+#include "common/recordfile.h"
 
 namespace {
 
 const char kTag[] = "AfCalibrationData";
 
-// The whole of a file in one buffer; false when it cannot be read.
-bool readText(const std::string& file, std::string* text) {
-    UniqueFd fd(open(file.c_str(), O_RDONLY | O_CLOEXEC));
-    struct stat status;
-    if (!fd.valid() || fstat(fd.get(), &status) != 0) return false;
-    // The size is a hint: a file that grows or shrinks meanwhile is still read to its end.
-    text->resize(status.st_size > 0 ? static_cast<size_t>(status.st_size) + 1 : 4096);
-    size_t used = 0;
-    for (;;) {
-        if (used == text->size()) text->resize(text->size() * 2);
-        const ssize_t count = read(fd.get(), &(*text)[used], text->size() - used);
-        if (count > 0) {
-            used += static_cast<size_t>(count);
-        } else if (count == 0) {
-            break;
-        } else if (errno != EINTR) {
-            return false;
-        }
+// Adds a persist file's bytes to the text of the loaded records (read straight into it the first
+// time). A link at the name counts as no file. False, with the reason logged, when something
+// else stands there or it cannot be read: the store then keeps it as it is.
+bool appendText(const std::string& file, std::string* text, bool* exists) {
+    FileRead read = readFile(file, Links::refuse);
+    *exists = read.ok();
+    if (read.status == FileRead::Status::absent || read.status == FileRead::Status::link) {
+        return true;
     }
-    text->resize(used);
+    if (!read.ok()) {
+        __android_log_print(ANDROID_LOG_ERROR, kTag, "cannot load %s: %s", file.c_str(),
+                            read.reason().c_str());
+        return false;
+    }
+    // Records address the text with 32-bit offsets: the read cap keeps it far below 4 GiB.
+    if (text->empty()) {
+        *text = std::move(read.bytes);
+    } else {
+        text->append(read.bytes);
+    }
     return true;
-}
-
-// Adds a file's bytes to the text of the loaded records (read straight into it the first time);
-// false when it cannot be read. Records address the text with 32-bit offsets, so past 4 GiB the
-// file reads as unreadable.
-bool appendText(const std::string& file, std::string* text) {
-    std::string read;
-    if (!readText(file, text->empty() ? text : &read)) return false;
-    text->append(read);
-    return text->size() <= UINT32_MAX;
 }
 
 // Calls `each` with every line of `text` as getline gives them, a last line without "\n"
@@ -136,23 +122,19 @@ float toFloat(const std::string& text) {
 
 // Replaces a whole calibration text file with the lines that `build` appends to one buffer
 // (logging each as it goes) in one write; false (and the old file kept) when it could not be
-// written.
+// written, or when the file could not be loaded and so cannot be rewritten without losing it.
 template <typename Build>
-bool rewriteFile(const std::string& file, Build build) {
-    SafeFileWriter out(file);
-    if (!out.open()) {
-        __android_log_print(ANDROID_LOG_ERROR, kTag, "flush:failed to open file %s\n", file.c_str());
+bool rewriteFile(const std::string& file, bool loaded, Build build) {
+    if (!loaded) {
+        __android_log_print(ANDROID_LOG_ERROR, kTag, "flush:kept %s, which could not be loaded\n",
+                            file.c_str());
         return false;
     }
     std::string content;
     build(&content);
-    out.write(content);
-    if (!out.commit()) {
-        __android_log_print(ANDROID_LOG_ERROR, kTag, "flush:failed to write file %s\n",
-                            file.c_str());
-        return false;
-    }
-    changeFileAttribute(file.c_str());
+    const WriteResult result = storeRecordFile(file, content, kTag, "flush:", 0);
+    if (!result.stored()) return false;
+    reportFileAttribute(file.c_str(), 0, result.ownerError);
     return true;
 }
 
@@ -177,13 +159,15 @@ int dacTolerance(int largestDac) {
 }  // namespace
 
 bool AfCalibrationData::init() {
-    path = afCalFilePath;
+    path = afCalFilePath();
     return parse();
 }
 
 bool AfCalibrationData::parse() {
     const size_t from = loadedText.size();
-    if (!appendText(path, &loadedText)) {
+    bool exists = false;
+    loaded = appendText(path, &loadedText, &exists) && loaded;
+    if (!exists) {
         __android_log_print(ANDROID_LOG_INFO, kTag, "Filed not Exist %s", path.c_str());
         return true;
     }
@@ -216,7 +200,8 @@ bool AfCalibrationData::parse() {
 std::string AfCalibrationData::getFuseId(std::string camera) {
     const int cameraId = leadingDecimalOrAbort(camera, "camera id");
     std::string property;
-    const std::string value = readCameraProperty(cameraFuseIdPropertyMap, cameraId, &property);
+    const std::string value =
+        readFocusProperty(&CameraRole::focusFuseIdProperty, cameraId, &property);
     if (value.empty()) {
         fprintf(stdout, "can't find camera[%d] fuseid\n", cameraId);
         return "0";
@@ -247,7 +232,7 @@ int AfCalibrationData::getDac(std::string& fuseId, int dist) {
 }
 
 bool AfCalibrationData::flush() {
-    return rewriteFile(path, [this](std::string* content) {
+    return rewriteFile(path, loaded, [this](std::string* content) {
         content->reserve(loadedText.size() + addedText.size() + 6 * afCalDataList.size());
         for (const afCalData& record : afCalDataList) {
             appendLine(content, stored(record), record.crc);
@@ -299,7 +284,7 @@ bool AfCalibrationData::write(const std::string& camera, int dist, int dac, int 
 bool AfCalibrationData::checkDacPass(const std::string& camera, int dist, int dac) {
     const int cameraId = leadingDecimalOrAbort(camera, "camera id");
     std::string property;
-    const std::string info = readCameraProperty(cameraAfInfoPropertyMap, cameraId, &property);
+    const std::string info = readFocusProperty(&CameraRole::afInfoProperty, cameraId, &property);
     if (info.empty()) {
         fprintf(stdout, "Error:writing distance:%d is not matched with EEPROM distance value\n",
                 dist);
@@ -351,13 +336,15 @@ void AfCalibrationData::splitAFInfoString(const std::string& text, std::vector<s
 }
 
 void AfCalibrationData::pdOffsetInit() {
-    pdOffsetPath = pdOffsetCalFilePath;
+    pdOffsetPath = pdOffsetCalFilePath();
     pdOffsetParse();
 }
 
 void AfCalibrationData::pdOffsetParse() {
     const size_t from = loadedText.size();
-    if (!appendText(pdOffsetPath, &loadedText)) {
+    bool exists = false;
+    pdOffsetLoaded = appendText(pdOffsetPath, &loadedText, &exists) && pdOffsetLoaded;
+    if (!exists) {
         __android_log_print(ANDROID_LOG_INFO, kTag, "Filed not Exist %s", pdOffsetPath.c_str());
         return;
     }
@@ -407,7 +394,7 @@ int AfCalibrationData::pdOffsetCheck(const pdOffsetCalData* record) {
 }
 
 bool AfCalibrationData::pdOffsetFlush() {
-    return rewriteFile(pdOffsetPath, [this](std::string* content) {
+    return rewriteFile(pdOffsetPath, pdOffsetLoaded, [this](std::string* content) {
         content->reserve(loadedText.size() + addedText.size() + 6 * pdOffsetCalDataList.size());
         for (const pdOffsetCalData& record : pdOffsetCalDataList) {
             appendLine(content, stored(record), record.crc);
@@ -474,6 +461,14 @@ bool AfCalibrationData::pdOffsetSfrDataWrite(const std::string& camera, const st
         return true;
     }
     return false;
+}
+
+std::string AfCalibrationData::afCalFilePath() {
+    return persistFile("com.nurvak.afc.bin");
+}
+
+std::string AfCalibrationData::pdOffsetCalFilePath() {
+    return persistFile("com.nurvak.pdoffset.bin");
 }
 
 int AfCalibrationData::getPdoffset(int camera, std::vector<float>& pdOffset,

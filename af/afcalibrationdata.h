@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -102,12 +101,10 @@ class AfCalibrationData {
     // returns the count of PD-offset values; -1 when there is no such record or its CRC is wrong.
     int getPdoffset(int camera, std::vector<float>& pdOffset, std::vector<float>& sfrData);
 
-    static const std::map<int, std::string> cameraFuseIdPropertyMap;
-    static const std::map<int, std::string> cameraAfInfoPropertyMap;
-    static const std::map<unsigned, std::vector<unsigned>> cameraBackupIdMap;
-    static const std::map<int, std::string> cameraRoleFuseIdPropertyMap;
-    static const std::string afCalFilePath;
-    static const std::string pdOffsetCalFilePath;
+    // The two files in the persist directory. The camera table (common/cameras.h) gives the
+    // fuse-ID and AF-information properties, and the modules that stand in for one another.
+    static std::string afCalFilePath();
+    static std::string pdOffsetCalFilePath();
 
   private:
     // A record's texts as stored, each followed by ",".
@@ -122,6 +119,9 @@ class AfCalibrationData {
 
     std::string path;
     std::string pdOffsetPath;
+    // False when something that could not be loaded stands at the file's name: it is kept.
+    bool loaded = true;
+    bool pdOffsetLoaded = true;
     std::vector<afCalData> afCalDataList;
     std::vector<pdOffsetCalData> pdOffsetCalDataList;
     // The file as loaded, and the texts of the records changed or added since.

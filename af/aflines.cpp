@@ -1,87 +1,13 @@
 #include "af/aflines.h"
 
-#include <array>
-#include <climits>
-#include <optional>
+#include "base/crc16ccitt.h"
+#include "base/decimal.h"
 
 namespace {
 
 // White space as the C locale classifies it.
 bool isBlank(char c) {
     return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
-// CRC-16/KERMIT, the sum of common/crc16ccitt, carried across pieces so that a record's texts are
-// summed where they lie instead of being copied together first.
-constexpr std::array<uint16_t, 256> makeCrcTable() {
-    std::array<uint16_t, 256> table{};
-    for (unsigned i = 0; i < 256; ++i) {
-        unsigned crc = i;
-        for (int bit = 0; bit < 8; ++bit) crc = (crc & 1) ? (crc >> 1) ^ 0x8408 : crc >> 1;
-        table[i] = static_cast<uint16_t>(crc);
-    }
-    return table;
-}
-
-constexpr std::array<uint16_t, 256> kCrcTable = makeCrcTable();
-
-uint16_t crcAdd(uint16_t crc, std::string_view text) {
-    for (char c : text) {
-        crc = static_cast<uint16_t>((crc >> 8) ^
-                                    kCrcTable[(crc ^ static_cast<unsigned char>(c)) & 0xFF]);
-    }
-    return crc;
-}
-
-// Leading blanks and an optional sign, as the C library's conversions skip them; `negative` says
-// whether the sign was "-". Gives the offset of the first digit (or whatever follows).
-size_t skipBlanksAndSign(std::string_view text, bool* negative) {
-    size_t i = 0;
-    while (i < text.size() && isBlank(text[i])) ++i;
-    *negative = false;
-    if (i < text.size() && (text[i] == '+' || text[i] == '-')) {
-        *negative = text[i] == '-';
-        ++i;
-    }
-    return i;
-}
-
-bool isDigit(char c) {
-    return c >= '0' && c <= '9';
-}
-
-// A stored CRC column as the loader has always read it: strtoll (saturating), kept to 16 bits;
-// 0 when no number starts the text.
-uint16_t storedCrcOf(std::string_view text) {
-    bool negative;
-    size_t i = skipBlanksAndSign(text, &negative);
-    const unsigned long long limit = 1ULL << 63;
-    unsigned long long magnitude = 0;
-    bool beyond = false;
-    for (; i < text.size() && isDigit(text[i]); ++i) {
-        // Past `limit` the value only saturates; up to a tenth of it, ten times it still fits.
-        beyond = beyond || magnitude > limit / 10;
-        if (!beyond) magnitude = magnitude * 10 + static_cast<unsigned>(text[i] - '0');
-        beyond = beyond || magnitude > limit;
-    }
-    if (negative) return beyond ? 0 : static_cast<uint16_t>(0ULL - magnitude);
-    return (beyond || magnitude == limit) ? 0xFFFF : static_cast<uint16_t>(magnitude);
-}
-
-// A decimal int as the standard string-to-int conversion reads it (blanks, sign, digits, any
-// tail); empty when no number starts the text or it does not fit an int.
-std::optional<int> leadingInt(std::string_view text) {
-    bool negative;
-    size_t i = skipBlanksAndSign(text, &negative);
-    if (i == text.size() || !isDigit(text[i])) return {};
-    long long magnitude = 0;
-    for (; i < text.size() && isDigit(text[i]); ++i) {
-        magnitude = magnitude * 10 + (text[i] - '0');
-        if (magnitude > static_cast<long long>(INT_MAX) + 1) return {};
-    }
-    const long long value = negative ? -magnitude : magnitude;
-    if (value > INT_MAX) return {};
-    return static_cast<int>(value);
 }
 
 void appendTexts(std::string* out, const std::vector<std::string_view>& texts) {
@@ -151,10 +77,10 @@ void decodeAfLine(std::string_view line, DecodedLine* decoded, bool sumTexts) {
         decoded->status = LineStatus::columnCount;
         return;
     }
-    decoded->storedCrc = storedCrcOf(decoded->fields[6]);
+    decoded->storedCrc = leadingDecimalLow16(decoded->fields[6]);
     if (!sumTexts) return;
     for (size_t i = 0; i < 6; ++i) {
-        decoded->computedCrc = crcAdd(decoded->computedCrc, decoded->fields[i]);
+        decoded->computedCrc = CRC16CCITT::update(decoded->computedCrc, decoded->fields[i]);
     }
 }
 
@@ -168,7 +94,7 @@ void decodePdOffsetLine(std::string_view line, DecodedLine* decoded, bool sumTex
         decoded->status = LineStatus::columnCount;
         return;
     }
-    const std::optional<int> n = leadingInt(fields[3]);
+    const std::optional<int> n = leadingDecimal(fields[3]);
     if (!n) {
         decoded->status = LineStatus::lengthNotANumber;
         return;
@@ -180,18 +106,19 @@ void decodePdOffsetLine(std::string_view line, DecodedLine* decoded, bool sumTex
     }
     decoded->valueCount = *n;
     decoded->hasSfrData = count == *n + 13LL;
-    decoded->storedCrc = storedCrcOf(fields.back());
+    decoded->storedCrc = leadingDecimalLow16(fields.back());
     if (!sumTexts) return;
     // As pdOffsetRecordCrc sums them, without copying the fields out.
     uint16_t crc = 0;
-    for (long long i = 0; i < 4 + *n; ++i) crc = crcAdd(crc, fields[i]);
-    for (long long i = 4 + *n; i < count - 1; ++i) crc = crcAdd(crcAdd(crc, fields[i]), ",");
+    for (long long i = 0; i < 4 + *n; ++i) crc = CRC16CCITT::update(crc, fields[i]);
+    for (long long i = 4 + *n; i < count - 1; ++i)
+        crc = CRC16CCITT::update(CRC16CCITT::update(crc, fields[i]), ",");
     decoded->computedCrc = crc;
 }
 
 uint16_t afRecordCrc(const std::vector<std::string_view>& texts) {
     uint16_t crc = 0;
-    for (std::string_view text : texts) crc = crcAdd(crc, text);
+    for (std::string_view text : texts) crc = CRC16CCITT::update(crc, text);
     return crc;
 }
 
@@ -199,9 +126,10 @@ uint16_t pdOffsetRecordCrc(const std::vector<std::string_view>& head,
                            const std::vector<std::string_view>& values,
                            const std::vector<std::string_view>& sfrData) {
     uint16_t crc = 0;
-    for (std::string_view text : head) crc = crcAdd(crc, text);
-    for (std::string_view text : values) crc = crcAdd(crc, text);
-    for (std::string_view text : sfrData) crc = crcAdd(crcAdd(crc, text), ",");
+    for (std::string_view text : head) crc = CRC16CCITT::update(crc, text);
+    for (std::string_view text : values) crc = CRC16CCITT::update(crc, text);
+    for (std::string_view text : sfrData)
+        crc = CRC16CCITT::update(CRC16CCITT::update(crc, text), ",");
     return crc;
 }
 

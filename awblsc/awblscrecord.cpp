@@ -1,6 +1,6 @@
 #include "awblsc/awblscrecord.h"
 
-#include "common/filebytes.h"
+#include "base/hextext.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <cstdio>
 
 #include "awblsc/awblscrecord.h"
-#include "common/filebytes.h"
+#include "base/hextext.h"
 #include "common/recordfile.h"
 
 namespace {
@@ -29,13 +29,14 @@ bool blockHolds(const char* name, const AwbLscRecord::Block& block, size_t size,
 
 }  // namespace
 
-bool EepromCalibrationData::parse(char const* file, bool followLinks) {
-    std::vector<unsigned char> content;
-    if (!readWholeFile(file, &content, followLinks)) {
+bool EepromCalibrationData::parse(char const* file, Links links) {
+    const FileRead read = readFile(file, links);
+    if (!read.ok()) {
         __android_log_print(ANDROID_LOG_ERROR, kTag, "failed to open file %s", file);
+        if (links == Links::follow && read.status != FileRead::Status::absent) read.report(file);
         return false;
     }
-    data = std::move(content);
+    data.assign(read.bytes.begin(), read.bytes.end());
     __android_log_print(ANDROID_LOG_INFO, kTag, "data file size %d", static_cast<int>(data.size()));
 
     const AwbLscRecord record = AwbLscRecord::decode(data);
@@ -50,9 +51,10 @@ bool EepromCalibrationData::parse(char const* file, bool followLinks) {
     return true;
 }
 
-bool EepromCalibrationData::write(char const* file) {
-    if (!isValid) return false;
-    return storeRecordFile(file, data.data(), data.size(), kTag, ANDROID_LOG_INFO);
+WriteResult EepromCalibrationData::write(char const* file) {
+    if (!isValid) return {WriteResult::Step::open, 0};
+    return storeRecordFile(file, {reinterpret_cast<const char*>(data.data()), data.size()}, kTag,
+                           "", ANDROID_LOG_INFO);
 }
 
 void EepromCalibrationData::dump() {

@@ -4,6 +4,9 @@
 #include <string>
 #include <vector>
 
+#include "base/filereader.h"
+#include "common/safefilewriter.h"
+
 // One front camera's AWB/LSC calibration record, as the module's EEPROM gives it: the fuse ID, an
 // AWB block and an LSC block, each guarded by a byte checksum (sum mod 255, plus 1). L is the
 // fuse ID's byte count; the first 3 bytes of each block are outside its checksum.
@@ -15,10 +18,10 @@ class EepromCalibrationData {
     EepromCalibrationData() = default;
 
     // Reads a file (AwbLscRecord takes it apart) and checks both checksums, AWB first.
-    bool parse(char const* file, bool followLinks = true);
+    bool parse(char const* file, Links links = Links::follow);
 
     // Stores the file's bytes unchanged.
-    bool write(char const* file);
+    WriteResult write(char const* file);
 
     bool valid() { return isValid; }
     std::string& fuseId() { return fuseIdHex; }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <map>
 #include <string>
 
 #include "awblsc/eepromcalibrationdata.h"
@@ -31,8 +30,3 @@ class EepromCalibrationFilesManager {
   private:
     CalibrationFilesManager<EepromCalibrationData> files;
 };
-
-extern const std::map<std::string, std::string> awbLscFilePathTable;
-extern const std::map<std::string, int> awbLscCameraRoleIdTable;
-extern const std::map<int, std::string> awbLscFuseIdPropertyTable;
-extern const std::map<int, std::string> awbLscRoleFuseIdPropertyTable;

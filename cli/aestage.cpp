@@ -4,6 +4,7 @@
 #include <cstdio>
 
 #include "ae/aecalibrationfilesmanager.h"
+#include "base/signalblock.h"
 #include "cli/stageactions.h"
 #include "common/devicepaths.h"
 #include "common/persistlock.h"
@@ -22,8 +23,11 @@ StageResult runAeStore(const RunParameters& parameters, const std::string& camer
     // The device has one temporary AE file: the lock keeps it one station's from making to
     // removing, so no other run overwrites, reads or removes it in between.
     PersistLock lock(persistDirectory());
-    if (!lock.acquire()) return StageResult::goOn();
+    if (!lock.acquireToWrite()) return StageResult::goOn();
     const std::string& source = tempAeFilePath();
+    // The file on shared storage is this run's from making to removing: a hang-up or interrupt
+    // waits until it is gone.
+    SignalBlock holdSignals;
     AeCalibrationFilesManager::makeFile(camera, source, parameters.limux, parameters.iso, exposure);
     // Whatever stands at the name counts, even what makeFile could not replace (a directory, a
     // link planted meanwhile): parse refuses it and remove takes it away. Links are not followed.

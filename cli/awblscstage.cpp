@@ -21,7 +21,7 @@ StageResult runUnderScreenAwbLsc(const RunParameters& parameters, const std::str
     bool matched = false;
     {
         PersistLock lock(persistDirectory());
-        if (lock.acquire()) {
+        if (lock.acquireToWrite()) {
             EepromCalibrationFilesManager manager(camera, parameters.file);
             matched = manager.parse();
             if (matched) manager.write();

@@ -3,10 +3,12 @@
 #include <climits>
 #include <cstdlib>
 
-const std::map<std::string, std::string> cameraMap = {
-    {"0", "w"},    {"1", "f"},    {"20", "t"}, {"21", "u"},    {"22", "m"},
-    {"23", "t4x"}, {"24", "m2x"}, {"25", "d"}, {"40", "faux"},
-};
+#include "common/cameras.h"
+
+std::string_view cameraMap(std::string_view roleId) {
+    const CameraRole* role = cameraByRoleIdText(roleId);
+    return role == nullptr ? std::string_view() : role->shortName;
+}
 
 int exposureValue(const std::string& text) {
     size_t slash = text.find('/');

@@ -9,7 +9,7 @@ void runEepromExport(const RunParameters& parameters) {
     bool exported = false;
     {
         PersistLock lock(persistDirectory());
-        if (lock.acquire()) {
+        if (lock.acquireToWrite()) {
             EepromBinData blob;
             blob.read(parameters.eeprom);
             exported = blob.process();

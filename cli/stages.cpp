@@ -7,14 +7,11 @@
 
 namespace {
 
-// The short name of the -n camera, or null after saying it is unknown.
-const std::string* lookUpCamera(const std::string& camera) {
-    auto entry = cameraMap.find(camera);
-    if (entry == cameraMap.end()) {
-        fprintf(stdout, "Error:Invalid camera name\n");
-        return nullptr;
-    }
-    return &entry->second;
+// The short name of the -n camera, or empty after saying it is unknown.
+std::string lookUpCamera(const std::string& camera) {
+    const std::string_view name = cameraMap(camera);
+    if (name.empty()) fprintf(stdout, "Error:Invalid camera name\n");
+    return std::string(name);
 }
 
 }  // namespace
@@ -23,9 +20,9 @@ int runStages(const RunParameters& parameters) {
     if (!parameters.eeprom.empty()) runEepromExport(parameters);
 
     if (parameters.unscreen && !parameters.camera.empty()) {
-        const std::string* camera = lookUpCamera(parameters.camera);
-        if (camera == nullptr) return -1;
-        StageResult result = runUnderScreenAwbLsc(parameters, *camera);
+        const std::string camera = lookUpCamera(parameters.camera);
+        if (camera.empty()) return -1;
+        StageResult result = runUnderScreenAwbLsc(parameters, camera);
         if (result.endsRun) return result.status;
     }
 
@@ -36,10 +33,10 @@ int runStages(const RunParameters& parameters) {
     // The camera is looked up even without AE values, so an unknown -n ends every run that
     // gets this far.
     if (!parameters.camera.empty()) {
-        const std::string* camera = lookUpCamera(parameters.camera);
-        if (camera == nullptr) return -1;
+        const std::string camera = lookUpCamera(parameters.camera);
+        if (camera.empty()) return -1;
         if (parameters.limux != 0 && parameters.iso != 0 && exposure != 0) {
-            StageResult result = runAeStore(parameters, *camera, exposure);
+            StageResult result = runAeStore(parameters, camera, exposure);
             if (result.endsRun) return result.status;
         }
     }

@@ -9,7 +9,7 @@
 template <typename Load, typename Change>
 bool loadAndChangeUnderPersistLock(Load load, Change change) {
     PersistLock lock(persistDirectory());
-    const bool locked = lock.acquire();
+    const bool locked = lock.acquireToWrite();
     load();
     return locked && change();
 }

@@ -8,8 +8,8 @@ const std::string& persistDirectory() {
     return directory;
 }
 
-std::string persistFile(const char* name) {
-    return persistDirectory() + name;
+std::string persistFile(std::string_view name) {
+    return std::string(persistDirectory()).append(name);
 }
 
 const std::string& calibrationLogPath() {

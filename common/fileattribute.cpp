@@ -8,12 +8,9 @@
 #include <cstdio>
 #include <cstring>
 
-#include "common/uniquefd.h"
+#include "base/uniquefd.h"
 
-namespace {
-
-// Both messages, in their streams and order, for a mode and an owner that could not be set.
-bool report(char const* file, int chmodError, int chownError) {
+bool reportFileAttribute(char const* file, int chmodError, int chownError) {
     if (chmodError != 0) {
         fprintf(stdout, "Error: fail to change permissions of %s to 0644: %s", file,
                 strerror(chmodError));
@@ -25,25 +22,20 @@ bool report(char const* file, int chmodError, int chownError) {
     return chmodError == 0 && chownError == 0;
 }
 
-}  // namespace
-
 bool applyFileAttribute(int fd, char const* file) {
     const int chmodError = fchmod(fd, kCalibrationFileMode) < 0 ? errno : 0;
     const int chownError = fchown(fd, kSystemId, kSystemId) < 0 ? errno : 0;
-    return report(file, chmodError, chownError);
+    return reportFileAttribute(file, chmodError, chownError);
 }
 
-bool applyFileAttribute(char const* file) {
+void changeFileAttribute(char const* file) {
     // Whoever can write the persist directory could put a link at the name: the attributes go
     // to what stands there, never through it. Non-blocking, so that a FIFO cannot hold us.
     UniqueFd fd(open(file, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     if (!fd.valid()) {
         const int error = errno;
-        return report(file, error, error);
+        reportFileAttribute(file, error, error);
+        return;
     }
-    return applyFileAttribute(fd.get(), file);
-}
-
-void changeFileAttribute(char const* file) {
-    applyFileAttribute(file);
+    applyFileAttribute(fd.get(), file);
 }

@@ -2,7 +2,7 @@
 
 #include <cutils/properties.h>
 
-#include "common/decimaltext.h"
+#include "base/decimal.h"
 
 namespace {
 
@@ -12,9 +12,9 @@ constexpr size_t kIdStart = kSkipped + kLengthField;
 
 }  // namespace
 
-std::string readProperty(const std::string& name) {
+std::string readProperty(std::string_view name) {
     char value[PROPERTY_VALUE_MAX] = {};
-    int length = property_get(name.c_str(), value, nullptr);
+    int length = property_get(std::string(name).c_str(), value, nullptr);
     return length > 0 ? std::string(value, static_cast<size_t>(length)) : std::string();
 }
 
@@ -32,13 +32,41 @@ FuseIdProperty splitFuseIdProperty(std::string name, std::string value) {
     return property;
 }
 
-FuseIdProperty readFuseIdProperty(std::initializer_list<const std::string*> names) {
-    for (const std::string* name : names) {
-        if (name == nullptr) continue;
-        std::string value = readProperty(*name);
-        if (!value.empty()) return splitFuseIdProperty(*name, std::move(value));
+FuseIdProperty readFuseIdProperty(std::initializer_list<std::string_view> names) {
+    for (std::string_view name : names) {
+        if (name.empty()) continue;
+        std::string value = readProperty(name);
+        if (!value.empty()) return splitFuseIdProperty(std::string(name), std::move(value));
     }
     return {};
+}
+
+FuseIdProperty readSensorFuseIdProperty(const CameraRole& camera) {
+    return readFuseIdProperty({camera.fuseIdProperty, camera.roleFuseIdProperty});
+}
+
+std::string readFocusProperty(CameraColumn column, int roleId, std::string* property) {
+    const CameraRole* own = cameraByRoleId(roleId);
+    if (own == nullptr || (own->*column).empty()) return "";
+    *property = std::string(own->*column);
+    std::string value = readProperty(own->*column);
+    if (!value.empty()) return value;
+    for (const CameraRole& backup : kCameraRoles) {
+        if (backup.backupOf != roleId || (backup.*column).empty()) continue;
+        value = readProperty(backup.*column);
+        if (!value.empty()) {
+            *property = std::string(backup.*column);
+            return value;
+        }
+    }
+    return "";
+}
+
+FuseIdProperty readFocusFuseIdProperty(int roleId) {
+    std::string property;
+    std::string value = readFocusProperty(&CameraRole::focusFuseIdProperty, roleId, &property);
+    if (value.empty()) return {};
+    return splitFuseIdProperty(std::move(property), std::move(value));
 }
 
 std::string decodeFuseIdProperty(const std::string& value, const std::string& property,

@@ -1,9 +1,14 @@
 #pragma once
 
-#include <cstddef>
+#include <string>
+#include <string_view>
 
-// Stores a calibration record's bytes at `file` through the safe writer, with the record classes'
-// log lines under `tag`: "failed to open file %s\n" or "failed to write file %s\n" (error), or
-// "successfully write to file %s\n" at `successPriority`. On failure the old file stays.
-bool storeRecordFile(const char* file, const void* bytes, size_t size, const char* tag,
-                     int successPriority);
+#include "common/safefilewriter.h"
+
+// Stores a calibration file through the safe writer and logs the outcome under `tag`:
+// "<prefix>failed to open file %s\n" (error) when no temporary could be made,
+// "<prefix>failed to write file %s\n" (error) when a later step failed (the old file then stays,
+// or, when only the directory sync failed, the new one is not yet durable), and on success
+// "successfully write to file %s\n" at `successPriority`, when one is given (not 0).
+[[nodiscard]] WriteResult storeRecordFile(const std::string& file, std::string_view bytes,
+                                          const char* tag, const char* prefix, int successPriority);

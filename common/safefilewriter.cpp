@@ -12,98 +12,89 @@
 #include <memory>
 #include <vector>
 
+#include "base/paths.h"
+#include "base/signalblock.h"
+#include "base/uniquefd.h"
 #include "common/fileattribute.h"
-#include "common/uniquefd.h"
 
 namespace {
 
-std::string directoryOf(const std::string& path) {
-    size_t slash = path.rfind('/');
-    if (slash == std::string::npos) return ".";
-    if (slash == 0) return "/";
-    return path.substr(0, slash);
+WriteResult failure(WriteResult::Step step, int error) {
+    WriteResult result;
+    result.failed = step;
+    result.error = error;
+    return result;
 }
 
-std::string nameOf(const std::string& path) {
-    size_t slash = path.rfind('/');
-    return slash == std::string::npos ? path : path.substr(slash + 1);
+bool writeAll(int fd, std::string_view bytes) {
+    while (!bytes.empty()) {
+        const ssize_t count = ::write(fd, bytes.data(), bytes.size());
+        if (count < 0) {
+            if (errno == EINTR) continue;
+            return false;
+        }
+        bytes.remove_prefix(static_cast<size_t>(count));
+    }
+    return true;
 }
 
-// Whether `name` is ".<target>.XXXXXX" for a target ending in ".bin", the X's as mkstemp fills
-// them.
-bool isTemporaryName(const std::string& name) {
-    static const std::string kExtension = ".bin";
+// The temporary's name, removed when the store did not reach the rename.
+class Temporary {
+  public:
+    explicit Temporary(std::string name) : name(std::move(name)) {}
+    ~Temporary() {
+        if (!name.empty()) unlink(name.c_str());
+    }
+    void renamed() { name.clear(); }
+
+  private:
+    std::string name;
+};
+
+}  // namespace
+
+WriteResult SafeFileWriter::replace(const std::string& target, std::string_view bytes) {
+    // From its creation to its rename or removal the temporary is this run's to clean up.
+    SignalBlock holdSignals;
+    const std::string directory = directoryOf(target);
+    std::string pattern = directory + "/." + baseName(target) + ".XXXXXX";
+    std::vector<char> name(pattern.begin(), pattern.end());
+    name.push_back('\0');
+    UniqueFd fd(mkostemp(name.data(), O_CLOEXEC));
+    if (!fd.valid()) return failure(WriteResult::Step::open, errno);
+    const std::string temporaryName = name.data();
+    Temporary temporary(temporaryName);
+
+    WriteResult result;
+    // Set before the rename, so that the file never shows under its name otherwise.
+    if (fchmod(fd.get(), kCalibrationFileMode) < 0) return failure(WriteResult::Step::chmod, errno);
+    if (fchown(fd.get(), kSystemId, kSystemId) < 0) result.ownerError = errno;
+    if (!writeAll(fd.get(), bytes)) return failure(WriteResult::Step::write, errno);
+    if (fsync(fd.get()) != 0) return failure(WriteResult::Step::sync, errno);
+    if (fd.reset() != 0) return failure(WriteResult::Step::write, errno);
+    if (rename(temporaryName.c_str(), target.c_str()) != 0) {
+        return failure(WriteResult::Step::rename, errno);
+    }
+    temporary.renamed();
+    // Until the directory is on disk, a power cut can bring the old file back.
+    UniqueFd directoryFd(open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+    if (!directoryFd.valid() || fsync(directoryFd.get()) != 0) {
+        return failure(WriteResult::Step::syncDirectory, errno);
+    }
+    return result;
+}
+
+bool SafeFileWriter::isTemporaryName(std::string_view name) {
+    static constexpr std::string_view kExtension = ".bin";
     constexpr size_t kRandom = 6;
     if (name.size() < 1 + kExtension.size() + 1 + kRandom || name[0] != '.') return false;
     const size_t dot = name.size() - kRandom - 1;
-    if (name[dot] != '.' ||
-        name.compare(dot - kExtension.size(), kExtension.size(), kExtension) != 0) {
+    if (name[dot] != '.' || name.substr(dot - kExtension.size(), kExtension.size()) != kExtension) {
         return false;
     }
     return std::all_of(name.begin() + dot + 1, name.end(), [](char c) {
         return (c >= '0' && c <= '9') || (c >= 'A' && c <= 'Z') || (c >= 'a' && c <= 'z');
     });
-}
-
-void syncDirectory(const std::string& directory) {
-    UniqueFd fd(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (fd.valid()) fsync(fd.get());
-}
-
-}  // namespace
-
-SafeFileWriter::SafeFileWriter(std::string target) : target(std::move(target)) {}
-
-SafeFileWriter::~SafeFileWriter() {
-    discard();
-}
-
-bool SafeFileWriter::open() {
-    discard();
-    failed = false;
-    std::string pattern = directoryOf(target) + "/." + nameOf(target) + ".XXXXXX";
-    std::vector<char> name(pattern.begin(), pattern.end());
-    name.push_back('\0');
-    fd.reset(mkostemp(name.data(), O_CLOEXEC));
-    if (!fd.valid()) return false;
-    temporary = name.data();
-    // Set before the rename, so that the file never shows under its name otherwise.
-    if (fchmod(fd.get(), kCalibrationFileMode) < 0) failed = true;
-    if (fchown(fd.get(), kSystemId, kSystemId) < 0) {
-        // No failure of the write: the caller's changeFileAttribute reports the owner.
-    }
-    return true;
-}
-
-void SafeFileWriter::write(const void* bytes, size_t size) {
-    if (!fd.valid() || failed) {
-        failed = true;
-        return;
-    }
-    const char* next = static_cast<const char*>(bytes);
-    while (size > 0) {
-        ssize_t count = ::write(fd.get(), next, size);
-        if (count < 0) {
-            if (errno == EINTR) continue;
-            failed = true;
-            return;
-        }
-        next += count;
-        size -= static_cast<size_t>(count);
-    }
-}
-
-bool SafeFileWriter::commit() {
-    if (!fd.valid()) return false;
-    bool ok = !failed && fsync(fd.get()) == 0;
-    ok = fd.reset() == 0 && ok;
-    if (!ok || rename(temporary.c_str(), target.c_str()) != 0) {
-        discard();
-        return false;
-    }
-    temporary.clear();
-    syncDirectory(directoryOf(target));
-    return true;
 }
 
 void SafeFileWriter::removeStaleTemporaries(int directoryFd) {
@@ -120,13 +111,5 @@ void SafeFileWriter::removeStaleTemporaries(int directoryFd) {
             S_ISREG(info.st_mode)) {
             unlinkat(directoryFd, entry->d_name, 0);
         }
-    }
-}
-
-void SafeFileWriter::discard() {
-    fd.reset();
-    if (!temporary.empty()) {
-        unlink(temporary.c_str());
-        temporary.clear();
     }
 }

@@ -1,42 +1,38 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
-#include "common/uniquefd.h"
+// What a replacement did: the first step that failed, with its errno, and whether the owner
+// could be set (without root it cannot; the file is stored all the same and the caller says so).
+struct WriteResult {
+    enum class Step { none, open, write, sync, chmod, rename, syncDirectory };
 
-// Replaces a file so that a crash, a kill or a power cut at any instant leaves either the old
-// file or the new one: the bytes go to a temporary file beside the target, which is flushed to
-// disk, renamed over the target, and the directory is synced. Until commit() succeeds the
-// target is untouched, and the temporary file never outlives the writer. The new file already has
-// the calibration files' mode and owner when it appears under its name.
+    Step failed = Step::none;
+    int error = 0;
+    int ownerError = 0;
+
+    // The new content is in place and durable.
+    bool stored() const { return failed == Step::none; }
+};
+
+// The one commit path of every calibration file: the bytes go to a temporary file beside the
+// target, which gets the calibration files' mode and owner through its descriptor, is flushed to
+// disk, renamed over the target, and the directory is synced. A crash, a kill or a power cut at
+// any instant leaves the old file or the new one; a hang-up, interrupt or terminate waits until
+// the temporary is gone. Nothing is followed through a link: a link at the name is replaced.
 class SafeFileWriter {
   public:
-    explicit SafeFileWriter(std::string target);
-    ~SafeFileWriter();
-    SafeFileWriter(const SafeFileWriter&) = delete;
-    SafeFileWriter& operator=(const SafeFileWriter&) = delete;
+    // Replaces `target` with `bytes`. Until the rename the target is untouched; the temporary
+    // never outlives the call.
+    [[nodiscard]] static WriteResult replace(const std::string& target, std::string_view bytes);
 
-    // Creates the temporary file; false when it cannot ("could not open").
-    bool open();
+    // Whether `name` is ".<target>.XXXXXX" for a target ending in ".bin", the X's as mkstemp
+    // fills them: the name of a temporary this writer makes.
+    static bool isTemporaryName(std::string_view name);
 
-    // Appends bytes; a failure is remembered and reported by commit().
-    void write(const void* bytes, size_t size);
-    void write(const std::string& text) { write(text.data(), text.size()); }
-
-    // Puts the new content in place; false when any byte did not reach the disk or the rename
-    // failed ("could not write"). The old file then stays as it was.
-    bool commit();
-
-    // Removes what writers killed before commit() left in `directoryFd`: regular files named as
-    // open() names its temporaries for a ".bin" target, nothing else. Only for a caller holding
-    // the persist lock, under which every writer runs, so that no live writer's file goes.
+    // Removes what writers killed before their rename left in `directoryFd`: regular files with
+    // a temporary's name, nothing else. Only for a caller holding the persist lock, under which
+    // every writer runs, so that no live writer's file goes.
     static void removeStaleTemporaries(int directoryFd);
-
-  private:
-    void discard();
-
-    std::string target;
-    std::string temporary;
-    UniqueFd fd;
-    bool failed = false;
 };

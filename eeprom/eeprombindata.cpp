@@ -6,27 +6,12 @@
 #include <cstdio>
 #include <set>
 
+#include "base/filereader.h"
+#include "common/cameras.h"
 #include "common/devicepaths.h"
 #include "common/fileattribute.h"
-#include "common/filebytes.h"
 #include "common/recordfile.h"
 #include "eeprom/eeprombinrecord.h"
-
-const std::map<int, std::string> eepromBinRoleFuseIdPropertyTable = {
-    {0, "vendor.camera.sensor.rearMain.fuseID"},     {1, "vendor.camera.sensor.frontMain.fuseID"},
-    {20, "vendor.camera.sensor.rearTele.fuseID"},    {21, "vendor.camera.sensor.rearUltra.fuseID"},
-    {22, "vendor.camera.sensor.rearMacro.fuseID"},   {23, "vendor.camera.sensor.rearTele4x.fuseID"},
-    {24, "vendor.camera.sensor.rearMacro2x.fuseID"}, {25, "vendor.camera.sensor.rearDepth.fuseID"},
-    {40, "vendor.camera.sensor.frontAux.fuseID"},
-};
-
-const std::map<int, std::string> eepromBinFuseIdPropertyTable = {
-    {0, "vendor.camera.sensor.w.fuseID"},     {1, "vendor.camera.sensor.f.fuseID"},
-    {20, "vendor.camera.sensor.t.fuseID"},    {21, "vendor.camera.sensor.u.fuseID"},
-    {22, "vendor.camera.sensor.m.fuseID"},    {23, "vendor.camera.sensor.t4x.fuseID"},
-    {24, "vendor.camera.sensor.m2x.fuseID"},  {25, "vendor.camera.sensor.d.fuseID"},
-    {40, "vendor.camera.sensor.faux.fuseID"},
-};
 
 const char eepromBinChecksumProperty[] = "vendor.camera.sensor.qz.dualcal.checksum";
 
@@ -38,20 +23,23 @@ const char kTag[] = "EepromBinData";
 
 bool EepromBinData::read(std::string const& path) {
     inputPath = path;
-    std::vector<unsigned char> content;
-    if (!readWholeFile(path.c_str(), &content)) {
+    const FileRead read = readFile(path, Links::follow);
+    if (!read.ok()) {
         __android_log_print(ANDROID_LOG_ERROR, kTag, "failed to open file %s", path.c_str());
+        if (read.status != FileRead::Status::absent) read.report(path);
         return false;
     }
-    data.assign(content.begin(), content.end());
+    data.assign(read.bytes.begin(), read.bytes.end());
     return true;
 }
 
 void EepromBinData::getAllFuseId(std::vector<std::string>& out) {
-    for (const auto* table : {&eepromBinFuseIdPropertyTable, &eepromBinRoleFuseIdPropertyTable}) {
-        for (const auto& [roleId, property] : *table) {
+    // Short-named properties, then role-named ones; whole values are compared.
+    for (CameraColumn column : {&CameraRole::fuseIdProperty, &CameraRole::roleFuseIdProperty}) {
+        for (const CameraRole& role : kCameraRoles) {
+            if ((role.*column).empty()) continue;
             char value[PROPERTY_VALUE_MAX];
-            if (property_get(property.c_str(), value, nullptr) >= 1) {
+            if (property_get(std::string(role.*column).c_str(), value, nullptr) >= 1) {
                 out.push_back(value);
                 __android_log_print(ANDROID_LOG_INFO, kTag, "fuseId:%s", value);
             }
@@ -97,12 +85,8 @@ bool EepromBinData::check() {
     return record.checksumAgrees(value);
 }
 
-bool EepromBinData::write(std::string const& path) {
-    return storeRecordFile(path.c_str(), data.data(), data.size(), kTag, ANDROID_LOG_DEBUG);
-}
-
-bool EepromBinData::changeFileAttribute(char const* file) {
-    return applyFileAttribute(file);
+WriteResult EepromBinData::write(std::string const& path) {
+    return storeRecordFile(path, {data.data(), data.size()}, kTag, "", ANDROID_LOG_DEBUG);
 }
 
 bool EepromBinData::process() {
@@ -110,7 +94,8 @@ bool EepromBinData::process() {
     const std::string name = parsePath();
     outputPath = persistDirectory() + name + ".bin";
     if (!check()) return false;
-    if (!write(outputPath)) return false;
-    // A copy whose mode or owner could not be set stays, but the export counts as failed.
-    return changeFileAttribute(outputPath.c_str());
+    const WriteResult result = write(outputPath);
+    if (!result.stored()) return false;
+    // A copy whose owner could not be set stays, but the export counts as failed.
+    return reportFileAttribute(outputPath.c_str(), 0, result.ownerError);
 }

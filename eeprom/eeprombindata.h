@@ -1,8 +1,9 @@
 #pragma once
 
-#include <map>
 #include <string>
 #include <vector>
+
+#include "common/safefilewriter.h"
 
 // Copies a camera module's EEPROM calibration blob (the dual-camera calibration data) to the
 // persist partition, under the fuse ID its file name carries, once that fuse ID belongs to a
@@ -29,8 +30,8 @@ class EepromBinData {
     // Whether the checksum byte agrees with "vendor.camera.sensor.qz.dualcal.checksum".
     bool check();
 
-    bool write(std::string const& path);
-    bool changeFileAttribute(char const* file);
+    // Stores the blob at `path`, with the calibration files' mode and owner.
+    WriteResult write(std::string const& path);
 
     // The fitted sensors' fuse IDs, added to `out`, de-duplicated and sorted.
     void getAllFuseId(std::vector<std::string>& out);
@@ -40,11 +41,6 @@ class EepromBinData {
     std::string outputPath;
     std::vector<char> data;
 };
-
-// Role id to the fitted sensors' fuse-ID properties that getAllFuseId reads, role-named and
-// short-named; whole values are compared.
-extern const std::map<int, std::string> eepromBinRoleFuseIdPropertyTable;
-extern const std::map<int, std::string> eepromBinFuseIdPropertyTable;
 
 // The property holding the dual-camera calibration blob's checksum, as two hexadecimal digits.
 extern const char eepromBinChecksumProperty[];

@@ -14,7 +14,7 @@
 #include <string>
 #include <vector>
 
-#include "common/uniquefd.h"
+#include "base/uniquefd.h"
 
 namespace {
 

@@ -3,3 +3,5 @@
 const char* optoquillDeviceRoot() {
     return "";
 }
+
+void optoquillOpenDevice() {}

@@ -4,13 +4,6 @@
 
 #include "platform/host/propertystore.h"
 
-namespace {
-
-// Loaded before main, so that an unreadable properties file stops the run before any stage.
-const bool kPropertiesLoaded = (PropertyStore::process(), true);
-
-}  // namespace
-
 int property_get(const char* key, char* value, const char* default_value) {
     const std::string* found = PropertyStore::process().find(key);
     const char* source = "";

@@ -7,7 +7,7 @@
 #include <cstddef>
 #include <cstring>
 
-#include "common/uniquefd.h"
+#include "base/uniquefd.h"
 #include "platform/host/hostenvironment.h"
 
 bool makeAbstractAddress(const std::string& name, sockaddr_un* address, socklen_t* length) {

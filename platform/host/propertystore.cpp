@@ -1,57 +1,31 @@
 #include "platform/host/propertystore.h"
 
 #include <cutils/properties.h>
-#include <fcntl.h>
-#include <unistd.h>
 
-#include <cerrno>
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
 
-#include "common/uniquefd.h"
+#include "base/filereader.h"
 #include "platform/host/hostenvironment.h"
 
 namespace {
-
-bool readFile(const std::string& file, std::string* text, int* error) {
-    UniqueFd fd(open(file.c_str(), O_RDONLY | O_CLOEXEC));
-    if (!fd.valid()) {
-        *error = errno;
-        return false;
-    }
-    char buffer[4096];
-    for (;;) {
-        ssize_t count = read(fd.get(), buffer, sizeof buffer);
-        if (count > 0) {
-            text->append(buffer, static_cast<size_t>(count));
-        } else if (count == 0) {
-            break;
-        } else if (errno != EINTR) {
-            *error = errno;
-            return false;
-        }
-    }
-    return true;
-}
 
 PropertyStore loadProcessStore() {
     PropertyStore store;
     const HostEnvironment& environment = HostEnvironment::process();
     if (environment.propertiesFile.empty()) return store;
     std::string error;
-    std::vector<int> skippedLines;
-    if (!store.loadFile(environment.propertiesFile, &error, &skippedLines)) {
+    std::vector<PropertyStore::Warning> warnings;
+    if (!store.loadFile(environment.propertiesFile, &error, &warnings)) {
         fprintf(stderr, "optoquill: cannot read properties file %s: %s\n",
                 environment.propertiesFile.c_str(), error.c_str());
         exit(2);
     }
     // A typo must not leave a property unset unnoticed; the run goes on.
-    for (int line : skippedLines) {
-        fprintf(stderr,
-                "optoquill: properties file %s, line %d is neither name=value nor "
-                "[name]: [value], skipped\n",
-                environment.propertiesFile.c_str(), line);
+    for (const PropertyStore::Warning& warning : warnings) {
+        fprintf(stderr, "optoquill: properties file %s, line %d %s\n",
+                environment.propertiesFile.c_str(), warning.line, warning.what);
     }
     return store;
 }
@@ -59,50 +33,61 @@ PropertyStore loadProcessStore() {
 }  // namespace
 
 bool PropertyStore::loadFile(const std::string& file, std::string* error,
-                             std::vector<int>* skippedLines) {
-    std::string text;
-    int code = 0;
-    if (!readFile(file, &text, &code)) {
-        *error = strerror(code);
+                             std::vector<Warning>* warnings) {
+    const FileRead read = readFile(file, Links::follow);
+    if (!read.ok()) {
+        *error = read.reason();
         return false;
     }
     values.clear();
-    loadText(text, skippedLines);
+    loadText(read.bytes, warnings);
     return true;
 }
 
-void PropertyStore::loadText(const std::string& text, std::vector<int>* skippedLines) {
+void PropertyStore::loadText(std::string_view text, std::vector<Warning>* warnings) {
+    auto warn = [warnings](int line, const char* what) {
+        if (warnings != nullptr) warnings->push_back({line, what});
+    };
+    static constexpr std::string_view kByteOrderMark = "\xEF\xBB\xBF";
+    if (text.substr(0, kByteOrderMark.size()) == kByteOrderMark) {
+        text.remove_prefix(kByteOrderMark.size());
+        warn(1, "starts with a byte-order mark, which is skipped");
+    }
     size_t start = 0;
     for (int number = 1; start < text.size(); ++number) {
         size_t end = text.find('\n', start);
-        if (end == std::string::npos) end = text.size();
-        if (!addLine(text.substr(start, end - start)) && skippedLines != nullptr) {
-            skippedLines->push_back(number);
+        if (end == std::string_view::npos) end = text.size();
+        const std::string_view line = text.substr(start, end - start);
+        if (line.find('\0') != std::string_view::npos) {
+            warn(number, "holds a NUL byte, the value is cut there");
         }
+        if (!addLine(line)) warn(number, "is neither name=value nor [name]: [value], skipped");
         start = end + 1;
     }
 }
 
-bool PropertyStore::addLine(std::string line) {
-    if (!line.empty() && line.back() == '\r') line.pop_back();
+bool PropertyStore::addLine(std::string_view line) {
+    if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
     if (line.empty() || line[0] == '#') return true;
 
     // getprop prints "[name]: [value]".
-    static const std::string kBetween = "]: [";
-    size_t between = line.find(kBetween);
-    if (line[0] == '[' && between != std::string::npos && line.back() == ']') {
-        size_t valueStart = between + kBetween.size();
-        set(line.substr(1, between - 1), line.substr(valueStart, line.size() - 1 - valueStart));
+    static constexpr std::string_view kBetween = "]: [";
+    const size_t between = line.find(kBetween);
+    if (line[0] == '[' && between != std::string_view::npos && line.back() == ']') {
+        const size_t valueStart = between + kBetween.size();
+        set(std::string(line.substr(1, between - 1)),
+            std::string(line.substr(valueStart, line.size() - 1 - valueStart)));
         return true;
     }
-    size_t equals = line.find('=');
-    if (equals == std::string::npos || equals == 0) return false;
-    set(line.substr(0, equals), line.substr(equals + 1));
+    const size_t equals = line.find('=');
+    if (equals == std::string_view::npos || equals == 0) return false;
+    set(std::string(line.substr(0, equals)), std::string(line.substr(equals + 1)));
     return true;
 }
 
 void PropertyStore::set(const std::string& name, const std::string& value) {
-    values[name] = value.substr(0, PROPERTY_VALUE_MAX - 1);
+    // A device's property ends at its first NUL and holds at most 91 bytes.
+    values[name] = value.substr(0, std::min(value.find('\0'), size_t{PROPERTY_VALUE_MAX - 1}));
 }
 
 const std::string* PropertyStore::find(const std::string& name) const {

@@ -9,7 +9,7 @@
 #include <map>
 #include <regex>
 
-#include "common/filebytes.h"
+#include "base/hextext.h"
 #include "tests/support/awblscfile.h"
 #include "tests/support/devicefolder.h"
 #include "tests/support/socketlistener.h"
@@ -24,7 +24,7 @@ using Args = std::vector<std::string>;
 struct Case {
     std::string name;
     Files properties;
-    Files before;  // kDirectory: a folder in place of any file, kAbsent: none, kLinkTo: a link
+    Files before;  // kDirectory or kFifo in place of any file, kAbsent: none, kLinkTo: a link
     Args args;
     std::string out;
     int status;      // exit status, or -signal
@@ -35,6 +35,7 @@ struct Case {
 };
 
 const std::string kDirectory = "\x01<directory>";
+const std::string kFifo = "\x01<fifo>";
 const std::string kAbsent = "\x01<absent>";
 const std::string kLinkTo = "\x01->";
 
@@ -132,8 +133,16 @@ std::vector<Case> cases() {
         {"MissingPropertiesFileStopsBeforeAnyStage", {}, {{"%R/properties", kAbsent}},
             {"-n", "0", "-D", "10", "-t", "30"}, "", 2, {}, {},
             "optoquill: cannot read properties file %R/properties: No such file or directory\n"},
-        {"PropertiesFileIsADirectory", {}, {{"%R/properties", kDirectory}}, {}, "", 2, {}, {},
-            "optoquill: cannot read properties file %R/properties: Is a directory\n"},
+        {"PropertiesThatAreNoFile", {}, {{"%R/properties", kFifo}}, kAfStore, "", 2, {}, {},
+            "optoquill: cannot read properties file %R/properties: not a regular file\n"},
+        {"LogThatIsNoFile", {}, {{"%R/log", kFifo}}, {}, "", 2, {}, {},
+            "optoquill: cannot use log file %R/log: not a regular file\n"},
+        // A device's property ends at a NUL: the AF line carries no byte after it.
+        {"PropertyWithAByteOrderMarkAndANul", {}, {{"%R/properties", "\xEF\xBB\xBF" + std::string(kW)
+            + "=xxxx0010ABC123" + std::string(1, '\0') + "XYZ\n"}}, kAfStore, kAfWrote, 0,
+            {{kAf, kAfPoint}}, {"afcal"}, "optoquill: properties file %R/properties, line 1 starts "
+            "with a byte-order mark, which is skipped\noptoquill: properties file %R/properties, "
+            "line 1 holds a NUL byte, the value is cut there\n"},
         {"PropertyLineOfNeitherFormIsOnlyWarnedAbout", {}, {{"%R/properties", "a=1\nb: 2\n"}},
             {}, "", 0, {}, {}, "optoquill: properties file %R/properties, line 2 is neither "
             "name=value nor [name]: [value], skipped\n"},
@@ -198,9 +207,20 @@ std::vector<Case> cases() {
         // A directory opens but cannot be read: refused like any unreadable file, never retried.
         {"DirectoriesGivenAsInputFiles", eeprom, {{"%R/abc123.bin", kDirectory}},
             {"-E", "%R/abc123.bin", "-u", "-n", "1", "-f", "%R/abc123.bin"},
-            "Failed to write eeprombin\nError:Failed to parse file %R/abc123.bin\n", 0, {}},
-        {"AeDumpOfADirectory", {}, {{"%R/d", kDirectory}}, {"-i", "-s", "1", "-f", "%R/d"},
-            "Error:failed to parse file %R/d\n", 0, {}},
+            "Failed to write eeprombin\nError:Failed to parse file %R/abc123.bin\n", 0, {}, {},
+            "Error:cannot read %R/abc123.bin: Is a directory\n"
+            "Error:cannot read %R/abc123.bin: Is a directory\n"},
+        // Inputs that never end or never come are refused before a byte is read.
+        {"EndlessAndWaitingInputs", eeprom, {{"%R/fifo", kFifo}},
+            {"-E", "/dev/zero", "-u", "-n", "1", "-f", "%R/fifo"},
+            "Failed to write eeprombin\nError:Failed to parse file %R/fifo\n", 0, {}, {},
+            "Error:cannot read /dev/zero: not a regular file\n"
+            "Error:cannot read %R/fifo: not a regular file\n"},
+        {"EndlessAndWaitingInputsToDump", eeprom, {{"%R/fifo", kFifo}},
+            {"-E", "%R/fifo", "-i", "-s", "1", "-f", "/dev/zero"},
+            "Failed to write eeprombin\nError:failed to parse file /dev/zero\n", 0, {}, {},
+            "Error:cannot read %R/fifo: not a regular file\n"
+            "Error:cannot read /dev/zero: not a regular file\n"},
         {"AeDumpOfAMissingFile", {}, {}, {"-i", "-s", "1", "-f", "%R/missing"},
             "Error:failed to find file %R/missing!\n", 255, {}},
         {"AeDumpWithoutIsoEndsTheRun", kAbc123, {}, {"-i", "-f", "%R/m", "-n", "0", "-D", "1",
@@ -246,9 +266,19 @@ std::vector<Case> cases() {
             {".com.nurvak.afc.bin.Ab3x-z", "kept"}, {".notes.txt.Ab3xYz", "kept"},
             {".link.bin.Ab3xYz", kLinkTo}, {"%R/v", "v"}, {".dir.bin.Ab3xYz", kDirectory}},
             {"afcal"}},
-        // A file cannot replace a directory: the stage fails and leaves nothing behind.
-        {"AfFileIsADirectory", kAbc123, {{kAf, kDirectory}}, kAfStore,
-            "Error:failed to write %Pcom.nurvak.afc.bin\n", 0, {{kAf, kDirectory}}},
+        // What is not a file at a persist file's name is kept, and the stage writes nothing; a
+        // link there is no file: the new file replaces it with none of its target's lines.
+        {"FifosAtTheAfAndPdOffsetFiles", kAbc123, {{kAf, kFifo}, {kPd, kFifo}},
+            {"-n", "0", "-d", "50", "-D", "300", "-t", "30", "-c", "ABC123", "-o", "5", "-L", "1",
+             "-S", kSfr}, "Error:failed to write %Pcom.nurvak.afc.bin\ndac=-1\n"
+            "Error:failed to write %Pcom.nurvak.pdoffset.bin\n" + kSfrFailed, 0,
+            {{kAf, kFifo}, {kPd, kFifo}}, {}, "",
+            {"E/AfCalibrationData: cannot load %Pcom.nurvak.pdoffset.bin: not a regular file\n"}},
+        {"LinksAtTheAfAndPdOffsetFiles", kAbc123, {{kAf, kLinkTo + "/dev/zero"},
+            {kPd, kLinkTo + "%R/private"}, {"%R/private", "1,0,OLD,1,7,1\n"}},
+            {"-n", "0", "-d", "50", "-D", "300", "-t", "30", "-o", "5", "-L", "1"},
+            kAfWrote + kPdWrote, 0, {{kAf, kAfPoint}, {kPd, "0,0,ABC123,1,5,26266\n"},
+            {"%R/private", "1,0,OLD,1,7,1\n"}}, {"afcal", "pdoffset"}},
         {"AfCheck", {}, {{kAf, kAfPoint}}, {"-c", "ABC123", "-d", "50"}, "dac=300\n", 0,
             {{kAf, kAfPoint}}},
         {"AfCheckAtTheDefaultDistance", {}, {{kAf, kAfPoint}}, {"-c", "ABC123"}, "dac=-1\n", 0,
@@ -394,9 +424,10 @@ class Runs : public testing::TestWithParam<Case> {
 
     void plant(const std::string& name, const std::string& content) const {
         const std::string path = pathOf(name);
-        if (content == kDirectory || content == kAbsent) {
+        if (content == kDirectory || content == kAbsent || content == kFifo) {
             remove(path.c_str());
             if (content == kDirectory) mkdir(path.c_str(), 0755);
+            if (content == kFifo) mkfifo(path.c_str(), 0644);
         } else if (content.rfind(kLinkTo, 0) == 0) {
             symlink(expand(content.substr(kLinkTo.size())).c_str(), path.c_str());
         } else {
@@ -433,8 +464,11 @@ TEST_P(Runs, GiveExactlyTheirOutputsAndFiles) {
         if (!outside) entries.push_back(name);
         struct stat info;
         ASSERT_EQ(lstat(path.c_str(), &info), 0) << name;
-        if (content == kDirectory || content.rfind(kLinkTo, 0) == 0) {  // left as it was
-            EXPECT_EQ(info.st_mode & S_IFMT, content == kDirectory ? S_IFDIR : S_IFLNK) << name;
+        if (content[0] == kLinkTo[0]) {  // left as it was
+            const auto type = content == kDirectory ? S_IFDIR
+                              : content == kFifo    ? S_IFIFO
+                                                    : S_IFLNK;
+            EXPECT_EQ(info.st_mode & S_IFMT, type) << name;
             continue;
         }
         EXPECT_EQ(readFile(path), content) << name;

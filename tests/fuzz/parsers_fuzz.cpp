@@ -1,5 +1,6 @@
-// Feeds arbitrary bytes to everything that reads calibration files or property text: none of it
-// may read past its input, whatever the input holds.
+// Feeds arbitrary bytes to everything that reads calibration files or property values: none of
+// it may read past its input, whatever the input holds. Portable code only, so that the same
+// target builds for the device (Android.bp's cc_fuzz).
 #include <cstdint>
 #include <cstdlib>
 #include <regex>
@@ -10,10 +11,9 @@
 #include "af/afcalibrationdata.h"
 #include "af/aflines.h"
 #include "awblsc/awblscrecord.h"
-#include "common/decimaltext.h"
+#include "base/decimal.h"
 #include "common/fuseidproperty.h"
 #include "eeprom/eeprombinrecord.h"
-#include "platform/host/propertystore.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string text(reinterpret_cast<const char*>(data), size);
@@ -28,8 +28,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
         splitFuseIdProperty("vendor.camera.sensor.w.fuseID", text);
     }
 
-    PropertyStore store;
-    store.loadText(text);
     leadingDecimal(text);
 
     AfCalibrationData af;

@@ -1,36 +1,22 @@
-#include <android/log.h>
 #include <cutils/properties.h>
 #include <gtest/gtest.h>
 
-#include "platform/host/hostlog.h"
 #include "platform/host/propertystore.h"
 
 namespace {
 
-TEST(HostLog, FormatsOneLinePerMessage) {
-    // clang-format off
-    const std::tuple<int, const char*, const char*> cases[] = {
-        {ANDROID_LOG_DEBUG, "data file size 14", "D/T: data file size 14\n"},
-        {ANDROID_LOG_INFO, "proertyId:x \n\n", "I/T: proertyId:x \n"},
-        {ANDROID_LOG_ERROR, "a\nb\n", "E/T: a\nb\n"}, {ANDROID_LOG_VERBOSE, "", "V/T: \n"},
-        {ANDROID_LOG_WARN, "\n", "W/T: \n"}, {ANDROID_LOG_FATAL, "f", "F/T: f\n"}};
-    // clang-format on
-    for (const auto& [priority, message, line] : cases) {
-        EXPECT_EQ(formatLogLine(priority, "T", message), line);
-    }
-}
-
 TEST(PropertyStore, ReadsBuildPropAndGetpropLinesAsADeviceHoldsThem) {
     PropertyStore& store = PropertyStore::process();
     store.clear();
-    std::vector<int> skipped;
+    std::vector<PropertyStore::Warning> warnings;
     store.loadText(
         "# comment=ignored\n\nvendor.a=xxxx0004AB12\n[vendor.b]: [value with ]: [inside]\n"
         "vendor.c=a=b \r\nvendor.a=later wins\nvendor.empty=\n[vendor.d]: []\n"
         "not a property line\n=no name\nvendor.long=" +
             std::string(100, 'v') + "\nvendor.last=no newline",
-        &skipped);
-    EXPECT_EQ(skipped, (std::vector<int>{9, 10}));
+        &warnings);
+    ASSERT_EQ(warnings.size(), 2u);
+    EXPECT_EQ(std::make_pair(warnings[0].line, warnings[1].line), std::make_pair(9, 10));
     // name, property_get's result and value (with a default of "default")
     // clang-format off
     const std::tuple<const char*, int, std::string> cases[] = {

@@ -15,6 +15,11 @@
 #include <iterator>
 #include <sstream>
 
+
+bool canTrace() {
+    return std::string(OPTOQUILL_TEST_EMULATOR).empty() && access("/usr/bin/strace", X_OK) == 0;
+}
+
 DeviceFolder::DeviceFolder() {
     const char* tmp = getenv("TMPDIR");
     rootPath = std::string(tmp != nullptr && *tmp ? tmp : "/tmp") + "/optoquill-XXXXXX";
@@ -49,7 +54,9 @@ void DeviceFolder::writeProperties() const {
 }
 
 std::string DeviceFolder::log() const {
-    return fileExists(rootPath + "/log") ? readFile(rootPath + "/log") : "";
+    struct stat info;
+    const bool regular = stat((rootPath + "/log").c_str(), &info) == 0 && S_ISREG(info.st_mode);
+    return regular ? readFile(rootPath + "/log") : "";
 }
 
 std::vector<std::string> DeviceFolder::persistEntries() const {
@@ -60,6 +67,10 @@ RunResult DeviceFolder::run(const std::vector<std::string>& arguments,
                             const RunOptions& options) const {
     std::istringstream emulator(OPTOQUILL_TEST_EMULATOR);
     std::vector<std::string> command{std::istream_iterator<std::string>(emulator), {}};
+    if (!options.strace.empty()) {
+        command.push_back("/usr/bin/strace");
+        command.insert(command.end(), options.strace.begin(), options.strace.end());
+    }
     command.push_back(options.inspect ? OPTOQUILL_INSPECT_BINARY : OPTOQUILL_BINARY);
     command.insert(command.end(), arguments.begin(), arguments.end());
     std::vector<char*> argv;
@@ -84,12 +95,23 @@ RunResult DeviceFolder::run(const std::vector<std::string>& arguments,
         setenv("OPTOQUILL_LOG", log.c_str(), 1);
         setenv("OPTOQUILL_SOCKET_PREFIX", prefix.c_str(), 1);
         setenv("OPTOQUILL_PROPERTIES", propertiesFile.c_str(), 1);
+        if (!options.strace.empty()) {
+            // LeakSanitizer cannot work under ptrace; the other sanitizers can.
+            const char* asan = getenv("ASAN_OPTIONS");
+            setenv("ASAN_OPTIONS", (std::string(asan ? asan : "") + ":detect_leaks=0").c_str(), 1);
+        }
         if (options.fileSizeLimit >= 0) {
             signal(SIGXFSZ, SIG_IGN);  // a write past the limit fails, as on a full disk
             rlimit limit = {static_cast<rlim_t>(options.fileSizeLimit),
                             static_cast<rlim_t>(options.fileSizeLimit)};
             setrlimit(RLIMIT_FSIZE, &limit);
         }
+        if (options.memoryLimit >= 0) {
+            rlimit limit = {static_cast<rlim_t>(options.memoryLimit),
+                            static_cast<rlim_t>(options.memoryLimit)};
+            setrlimit(RLIMIT_AS, &limit);
+        }
+        alarm(60);  // a run that hangs ends, and its row fails, instead of the whole suite hanging
         execv(argv[0], argv.data());
         _exit(127);
     }

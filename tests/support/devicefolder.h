@@ -18,7 +18,13 @@ struct RunOptions {
     long fileSizeLimit = -1;  // bytes any file may grow to (a full disk), -1 for none
     bool inspect = false;     // run optoquill-inspect instead of optoquill
     bool asNobody = false;    // run as user and group 65534, when the test runs as root
+    long memoryLimit = -1;    // bytes of address space the tool may map, -1 for none
+    // strace's options, to run the tool under it (faults and signals injected, calls recorded)
+    std::vector<std::string> strace;
 };
+
+// Whether the tool can run under strace here: strace is installed and the tool is native.
+bool canTrace();
 
 // A device in a temporary folder: the persist directory, sdcard, a properties file, a log file
 // and a socket prefix of its own, removed with the object. It runs the real optoquill binary
