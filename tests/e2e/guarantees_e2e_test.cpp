@@ -5,10 +5,12 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdlib>
+#include <regex>
 #include <thread>
 
-#include "common/uniquefd.h"
+#include "base/uniquefd.h"
 #include "tests/support/awblscfile.h"
 #include "tests/support/devicefolder.h"
 
@@ -108,6 +110,49 @@ TEST_F(Guarantees, BusyPersistDirectoryEndsTheStageWithoutWriting) {
                               "Error:failed to write " +
                               device.persistFile("com.nurvak.afc.bin") + "\n");
     EXPECT_EQ(device.persistEntries(), std::vector<std::string>{});
+}
+
+// strace sends the signal as the new AE file's temporary is synced, while it and /sdcard/tmp
+// exist. The run ends by that signal, with neither left behind and the AE file old or new.
+TEST_F(Guarantees, HangUpTerminateOrInterruptDuringAStoreLeavesNothingBehind) {
+    if (!canTrace()) GTEST_SKIP() << "needs strace and a native tool";
+    for (int signal : {SIGHUP, SIGTERM, SIGINT}) {
+        RunOptions options;
+        options.strace = {"-o", "/dev/null", "-e", "trace=fsync", "-e",
+                          "inject=fsync:signal=" + std::to_string(signal) + ":when=1"};
+        RunResult result = device.run({"-n", "0", "-l", "100", "-s", "200", "-e", "300"}, options);
+        EXPECT_EQ(result.signal, signal);
+        for (const std::string& entry : device.persistEntries()) {
+            EXPECT_TRUE(entry == kLog || entry == "com.nurvak.aecal.w.bin") << entry;
+        }
+        EXPECT_FALSE(fileExists(device.path("sdcard/tmp")));
+    }
+}
+
+// The rename is not durable until the directory is synced: a store whose directory sync fails
+// has failed.
+TEST_F(Guarantees, FailedDirectorySyncIsAFailedStore) {
+    if (!canTrace()) GTEST_SKIP() << "needs strace and a native tool";
+    RunOptions options;
+    options.strace = {"-o",          "/dev/null", "-e",
+                      "trace=fsync", "-e",        "inject=fsync:error=EIO:when=2"};
+    RunResult result = device.run({"-n", "0", "-d", "50", "-D", "300", "-t", "30"}, options);
+    EXPECT_EQ(result.out,
+              "Error:failed to write " + device.persistFile("com.nurvak.afc.bin") + "\n");
+}
+
+TEST_F(Guarantees, CreatingTheLogSyncsItsDirectory) {
+    if (!canTrace()) GTEST_SKIP() << "needs strace and a native tool";
+    RunOptions options;
+    const std::string trace = device.path("trace");
+    options.strace = {"-o", trace, "-e", "trace=openat,fsync"};
+    ASSERT_EQ(device.run({"-n", "0", "-l", "100", "-s", "200", "-e", "300"}, options).status, 0);
+    std::string directory = device.persistFile("");
+    directory.pop_back();
+    const std::regex created("\"" + device.persistFile(kLog) +
+                             "\", [^)]*O_CREAT[\\s\\S]*openat\\(" + "AT_FDCWD, \"" + directory +
+                             "\", [^)]*O_DIRECTORY[^)]*\\) = " + "(\\d+)\nfsync\\(\\1\\) *= 0\n");
+    EXPECT_TRUE(std::regex_search(readFile(trace), created)) << readFile(trace);
 }
 
 }  // namespace
