@@ -1,27 +1,20 @@
 #include "inspect/deviceinspector.h"
 
+#include <algorithm>
 #include <cstdio>
-#include <cstdlib>
-#include <map>
 
-#include "ae/aecalibrationfilesmanager.h"
-#include "af/afcalibrationdata.h"
 #include "af/aflines.h"
-#include "awblsc/eepromcalibrationfilesmanager.h"
-#include "cli/cameramap.h"
-#include "common/calibrationfilesmanager.h"
+#include "base/paths.h"
 #include "common/devicepaths.h"
+#include "common/safefilewriter.h"
 #include "eeprom/eeprombindata.h"
 
 namespace {
 
 constexpr unsigned kMode = 0644;
 constexpr unsigned kOwner = 1000;  // system, the camera service's reader
-
-std::string baseName(const std::string& path) {
-    const size_t slash = path.rfind('/');
-    return slash == std::string::npos ? path : path.substr(slash + 1);
-}
+constexpr char kAfFile[] = "com.nurvak.afc.bin";
+constexpr char kPdOffsetFile[] = "com.nurvak.pdoffset.bin";
 
 std::string hex4(unsigned value) {
     char text[8];
@@ -35,459 +28,618 @@ std::string octal(unsigned mode) {
     return text;
 }
 
-std::string quoted(const std::string& text) {
-    return "\"" + text + "\"";
+std::string quoted(std::string_view text) {
+    return "\"" + std::string(text) + "\"";
 }
 
-// The lines of a text file as the loaders see them: split at "\n", a last line without one
-// included.
-std::vector<std::string> linesOf(const std::vector<unsigned char>& bytes) {
-    std::vector<std::string> lines;
-    const std::string text(bytes.begin(), bytes.end());
-    size_t start = 0;
-    while (start < text.size()) {
+std::string counted(size_t count, const std::string& noun) {
+    return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
+}
+
+// Calls `visit(number, line)` for each line as the loaders see them: split at "\n", a last line
+// without one included, numbered from 1.
+template <typename Visit>
+void forEachLine(const std::string& text, Visit visit) {
+    size_t number = 0;
+    for (size_t start = 0; start < text.size();) {
         size_t end = text.find('\n', start);
         if (end == std::string::npos) end = text.size();
-        lines.push_back(text.substr(start, end - start));
+        visit(++number, std::string_view(text).substr(start, end - start));
         start = end + 1;
     }
-    return lines;
-}
-
-// The safe writer's temporaries are ".<name>.XXXXXX".
-bool isTemporary(const std::string& name) {
-    if (name.size() < 9 || name[0] != '.') return false;
-    const size_t dot = name.rfind('.');
-    return dot > 1 && name.size() - dot == 7;
 }
 
 // The short name of a camera id as the AF and PD-offset lines carry it; empty for none.
-std::string cameraNamed(const std::string& roleId) {
-    auto entry = cameraMap.find(roleId);
-    return entry == cameraMap.end() ? "" : entry->second;
+std::string cameraNamed(std::string_view roleId) {
+    const CameraRole* role = cameraByRoleIdText(roleId);
+    return role == nullptr ? "" : std::string(role->shortName);
 }
 
-bool endsWith(const std::string& text, const std::string& tail) {
-    return text.size() >= tail.size() &&
-           text.compare(text.size() - tail.size(), tail.size(), tail) == 0;
+bool endsWith(std::string_view text, std::string_view tail) {
+    return text.size() >= tail.size() && text.substr(text.size() - tail.size()) == tail;
 }
 
-const CalibrationFileTables kAeTables = {aeFilePathTable, aeCameraRoleIdTable,
-                                         aeFuseIdPropertyTable, aeRoleFuseIdPropertyTable};
-const CalibrationFileTables kAwbLscTables = {awbLscFilePathTable, awbLscCameraRoleIdTable,
-                                             awbLscFuseIdPropertyTable,
-                                             awbLscRoleFuseIdPropertyTable};
+std::vector<unsigned char> unsignedBytes(const std::string& bytes, size_t count) {
+    return std::vector<unsigned char>(bytes.begin(), bytes.begin() + std::min(count, bytes.size()));
+}
+
+// Consecutive records of one module that no fitted sensor has: one note for them all, so that a
+// repaired device's history reads as one line per old module.
+struct UnfittedRun {
+    std::string fuseId;
+    std::string camera;
+    size_t firstLine = 0;
+    size_t lastLine = 0;
+    size_t count = 0;
+
+    // Whether a record of `recordFuseId` ends this run (its note is due first).
+    bool endedBy(std::string_view recordFuseId) const {
+        return count > 0 && fuseId != recordFuseId;
+    }
+
+    void add(std::string_view recordFuseId, std::string_view roleId, size_t line) {
+        if (count++ == 0) {
+            fuseId = std::string(recordFuseId);
+            camera = cameraNamed(roleId);
+            firstLine = line;
+        }
+        lastLine = line;
+    }
+
+    std::string sentence(const std::string& file, const std::string& noun) const {
+        const std::string lines =
+            count == 1 ? "line " + std::to_string(firstLine)
+                       : "lines " + std::to_string(firstLine) + " to " + std::to_string(lastLine);
+        return file + " holds " + counted(count, noun) + " (" + lines + ") of fuse ID " +
+               quoted(fuseId) + ", which no fitted sensor has.";
+    }
+};
 
 }  // namespace
 
-DeviceInspector::DeviceInspector(const PersistDirectory& directory) : directory(directory) {}
+DeviceInspector::DeviceInspector(const PersistDirectory& directory, std::vector<ProductNeed> needs)
+    : directory(directory), needs(std::move(needs)) {}
 
 InspectReport DeviceInspector::inspect() {
     report = InspectReport();
+    problemCounts.clear();
+    noteCounts.clear();
     report.persistDirectory = directory.path();
-    for (const auto& [roleId, name] : cameraMap) {
-        InspectReport::Camera camera;
-        camera.roleId = atoi(roleId.c_str());
-        camera.name = name;
-        report.cameras.push_back(camera);
+    for (const CameraRole& role : kCameraRoles) {
+        if (role.shortName.empty()) continue;
+        InspectReport::Camera& camera = report.cameras.emplace_back();
+        camera.roleId = role.roleId;
+        camera.name = std::string(role.shortName);
+        inspectCamera(&camera, role);
     }
-    for (InspectReport::Camera& camera : report.cameras) inspectCamera(&camera);
     inspectAfFile();
     inspectPdOffsetFile();
     inspectCalibrationLog();
     inspectEntries();
+    judgeNeeds();
+    noteUnlisted(problemCounts, &report.problems);
+    noteUnlisted(noteCounts, &report.notes);
     return report;
 }
 
-void DeviceInspector::problem(const std::string& kind, const std::string& file,
-                              const std::string& camera, const std::string& message) {
-    report.problems.push_back({kind, file, camera, message});
+std::string* DeviceInspector::problem(const std::string& kind, const std::string& file,
+                                      const std::string& camera, Scope scope) {
+    return find(&report.problems, &problemCounts, kind, file, camera, scope);
+}
+
+std::string* DeviceInspector::note(const std::string& kind, const std::string& file,
+                                   const std::string& camera, Scope scope) {
+    return find(&report.notes, &noteCounts, kind, file, camera, scope);
+}
+
+std::string* DeviceInspector::find(InspectReport::Findings* findings, Counts* counts,
+                                   const std::string& kind, const std::string& file,
+                                   const std::string& camera, Scope scope) {
+    ++findings->count;
+    size_t& count = (*counts)[{kind, scope == Scope::file ? file : ""}];
+    if (++count > kListLimit) return nullptr;
+    findings->listed.push_back({kind, file, camera, ""});
+    return &findings->listed.back().message;
+}
+
+void DeviceInspector::noteUnlisted(const Counts& counts, InspectReport::Findings* findings) {
+    for (const auto& [group, count] : counts) {
+        if (count > kListLimit)
+            findings->unlisted.push_back({group.first, group.second, count - kListLimit});
+    }
 }
 
 InspectReport::Presence DeviceInspector::readFile(const std::string& name,
-                                                  std::vector<unsigned char>* bytes,
-                                                  const std::string& camera) {
-    switch (directory.read(name, bytes)) {
-        case PersistDirectory::Read::ok:
+                                                  const std::string& camera, std::string* bytes) {
+    FileRead read = directory.read(name);
+    std::string* message = nullptr;
+    switch (read.status) {
+        case FileRead::Status::ok:
+            *bytes = std::move(read.bytes);
             return InspectReport::Presence::read;
-        case PersistDirectory::Read::absent:
+        case FileRead::Status::absent:
             return InspectReport::Presence::absent;
-        case PersistDirectory::Read::notRegular:
-            problem("unreadable", name, camera,
-                    name + " is a " + directory.find(name)->type + ", not a regular file.");
+        case FileRead::Status::tooLarge:
+            if ((message = problem("size", name, camera, Scope::entries))) {
+                *message = name + " is " + read.reason() + ", too large for a calibration file.";
+            }
+            return InspectReport::Presence::tooLarge;
+        case FileRead::Status::link:
+        case FileRead::Status::notRegular: {
+            const PersistDirectory::Entry* entry = directory.find(name);
+            const std::string type = entry == nullptr ? "" : entry->type;
+            if ((message = problem("unreadable", name, camera, Scope::entries))) {
+                *message = name +
+                           (read.status == FileRead::Status::link ? " is a symbolic link"
+                            : type == "directory"                 ? " is a directory"
+                                                                  : " is not a regular file") +
+                           (read.status == FileRead::Status::notRegular && type != "directory"
+                                ? "."
+                                : ", not a regular file.");
+            }
             return InspectReport::Presence::unreadable;
-        case PersistDirectory::Read::failed:
+        }
+        case FileRead::Status::ioError:
             break;
     }
-    problem("unreadable", name, camera, name + " cannot be read.");
+    if ((message = problem("unreadable", name, camera, Scope::entries))) {
+        *message = name + " cannot be read: " + read.reason() + ".";
+    }
     return InspectReport::Presence::unreadable;
 }
 
-void DeviceInspector::inspectCamera(InspectReport::Camera* camera) {
-    camera->sensor =
-        CalibrationFilesManager<AeCalibrationData>::lookUpFuseId(kAeTables, camera->roleId);
-    // The AF and PD-offset stores read their own table, where a tele position may fall back on
-    // another module's property.
-    auto focusProperty = [](int id) -> const std::string* {
-        auto entry = AfCalibrationData::cameraFuseIdPropertyMap.find(id);
-        return entry == AfCalibrationData::cameraFuseIdPropertyMap.end() ? nullptr : &entry->second;
-    };
-    std::vector<int> focusIds = {camera->roleId, -1, -1};
-    auto backups = AfCalibrationData::cameraBackupIdMap.find(static_cast<unsigned>(camera->roleId));
-    if (backups != AfCalibrationData::cameraBackupIdMap.end()) {
-        for (size_t i = 0; i < backups->second.size() && i < 2; ++i) {
-            focusIds[i + 1] = static_cast<int>(backups->second[i]);
-        }
-    }
-    camera->focusSensor = readFuseIdProperty(
-        {focusProperty(focusIds[0]), focusProperty(focusIds[1]), focusProperty(focusIds[2])});
-
+void DeviceInspector::inspectCamera(InspectReport::Camera* camera, const CameraRole& role) {
+    camera->sensor = readSensorFuseIdProperty(role);
+    // The AF and PD-offset stores read their own property, where a tele position may fall back
+    // on another module's.
+    camera->focusSensor = readFocusFuseIdProperty(role.roleId);
+    camera->fitted = camera->sensor.set() || camera->focusSensor.set();
     auto reportMalformed = [this, camera](const FuseIdProperty& sensor) {
-        problem("property", "", camera->name,
-                "The fuse-ID property " + sensor.name + " of camera " + camera->name +
-                    " is malformed: " + quoted(sensor.value) + ".");
+        if (std::string* message = problem("property", "", camera->name)) {
+            *message = "The fuse-ID property " + sensor.name + " of camera " + camera->name +
+                       " is malformed: " + quoted(sensor.value) + ".";
+        }
     };
     if (camera->sensor.set() && !camera->sensor.wellFormed) reportMalformed(camera->sensor);
     if (camera->focusSensor.set() && !camera->focusSensor.wellFormed &&
         camera->focusSensor.name != camera->sensor.name) {
         reportMalformed(camera->focusSensor);
     }
-    inspectAe(camera);
-    inspectAwbLsc(camera);
+    inspectAe(camera, role);
+    inspectAwbLsc(camera, role);
 }
 
-void DeviceInspector::inspectAe(InspectReport::Camera* camera) {
+void DeviceInspector::inspectAe(InspectReport::Camera* camera, const CameraRole& role) {
     InspectReport::AeFile& ae = camera->ae;
-    ae.name = baseName(aeFilePathTable.at(camera->name));
-    std::vector<unsigned char> bytes;
-    ae.presence = readFile(ae.name, &bytes, camera->name);
+    ae.name = std::string(role.aeFile);
+    std::string bytes;
+    ae.presence = readFile(ae.name, camera->name, &bytes);
     if (ae.presence != InspectReport::Presence::read) return;
-    ae.record = AeRecord::decode(bytes);
+    ae.record = AeRecord::decode(unsignedBytes(bytes, bytes.size()));
     const AeRecord& record = ae.record;
-    ae.fuseIdMatches = record.fuseIdHex == camera->sensor.fuseId;
+    ae.fuseIdMatches = camera->sensor.wellFormed && record.fuseIdHex == camera->sensor.fuseId;
+    std::string* message = nullptr;
     if (record.form == AeRecord::Form::badSize) {
-        problem("size", ae.name, camera->name,
-                ae.name + " has " + std::to_string(record.size) + " bytes, where its " +
-                    std::to_string(record.fuseLength) + "-byte fuse ID calls for " +
-                    std::to_string(record.fuseLength + 12) + ".");
+        if ((message = problem("size", ae.name, camera->name))) {
+            *message = ae.name + " has " + std::to_string(record.size) + " bytes, where its " +
+                       std::to_string(record.fuseLength) + "-byte fuse ID calls for " +
+                       std::to_string(record.fuseLength + 12) + ".";
+        }
     } else if (record.form == AeRecord::Form::factory) {
-        problem("form", ae.name, camera->name,
-                ae.name + " is stored in factory form, without its CRC.");
+        if ((message = problem("form", ae.name, camera->name))) {
+            *message = ae.name + " is stored in factory form, without its CRC.";
+        }
     } else if (!record.crcMatches()) {
-        problem("crc", ae.name, camera->name,
-                ae.name + " has CRC " + hex4(record.storedCrc) + " stored but " +
-                    hex4(record.computedCrc) + " computed.");
-    }
-    if (!ae.fuseIdMatches) {
-        problem("fuse-id", ae.name, camera->name,
-                ae.name + " is for fuse ID " + quoted(record.fuseIdHex) + ", but camera " +
-                    camera->name +
-                    (camera->sensor.fuseId.empty()
-                         ? " has no fitted sensor."
-                         : "'s fitted sensor has " + quoted(camera->sensor.fuseId) + "."));
-    }
-}
-
-void DeviceInspector::inspectAwbLsc(InspectReport::Camera* camera) {
-    auto path = awbLscFilePathTable.find(camera->name);
-    if (path == awbLscFilePathTable.end()) return;
-    camera->hasAwbLsc = true;
-    InspectReport::AwbLscFile& file = camera->awbLsc;
-    file.name = baseName(path->second);
-    std::vector<unsigned char> bytes;
-    file.presence = readFile(file.name, &bytes, camera->name);
-    if (file.presence != InspectReport::Presence::read) return;
-    file.record = AwbLscRecord::decode(bytes);
-    const FuseIdProperty sensor =
-        CalibrationFilesManager<EepromCalibrationData>::lookUpFuseId(kAwbLscTables, camera->roleId);
-    file.fuseIdMatches = file.record.fuseIdHex == sensor.fuseId;
-    const std::pair<const char*, const AwbLscRecord::Block*> blocks[] = {{"AWB", &file.record.awb},
-                                                                         {"LSC", &file.record.lsc}};
-    for (const auto& [blockName, block] : blocks) {
-        if (!block->present) {
-            problem("size", file.name, camera->name,
-                    file.name + " has " + std::to_string(file.record.size) +
-                        " bytes, too few for its " + blockName + " checksum.");
-        } else if (!block->ok()) {
-            problem("checksum", file.name, camera->name,
-                    file.name + " has " + blockName + " checksum " + std::to_string(block->stored) +
-                        " stored but " + std::to_string(block->computed) + " computed.");
+        if ((message = problem("crc", ae.name, camera->name))) {
+            *message = ae.name + " has CRC " + hex4(record.storedCrc) + " stored but " +
+                       hex4(record.computedCrc) + " computed.";
         }
     }
-    if (!file.fuseIdMatches) {
-        problem("fuse-id", file.name, camera->name,
-                file.name + " is for fuse ID " + quoted(file.record.fuseIdHex) + ", but camera " +
-                    camera->name +
-                    (sensor.fuseId.empty() ? " has no fitted sensor."
-                                           : "'s fitted sensor has " + quoted(sensor.fuseId) + "."));
+    if (!ae.fuseIdMatches) otherFuseId(ae.name, record.fuseIdHex, *camera);
+}
+
+void DeviceInspector::inspectAwbLsc(InspectReport::Camera* camera, const CameraRole& role) {
+    if (role.awbLscFile.empty()) return;
+    camera->hasAwbLsc = true;
+    InspectReport::AwbLscFile& file = camera->awbLsc;
+    file.name = std::string(role.awbLscFile);
+    std::string bytes;
+    file.presence = readFile(file.name, camera->name, &bytes);
+    if (file.presence != InspectReport::Presence::read) return;
+    file.record = AwbLscRecord::decode(unsignedBytes(bytes, bytes.size()));
+    file.fuseIdMatches = camera->sensor.wellFormed && file.record.fuseIdHex == camera->sensor.fuseId;
+    const std::pair<const char*, const AwbLscRecord::Block*> blocks[] = {{"AWB", &file.record.awb},
+                                                                         {"LSC", &file.record.lsc}};
+    std::string* message = nullptr;
+    for (const auto& [blockName, block] : blocks) {
+        if (!block->present) {
+            if ((message = problem("size", file.name, camera->name))) {
+                *message = file.name + " has " + std::to_string(file.record.size) +
+                           " bytes, too few for its " + blockName + " checksum.";
+            }
+        } else if (!block->ok()) {
+            if ((message = problem("checksum", file.name, camera->name))) {
+                *message = file.name + " has " + blockName + " checksum " +
+                           std::to_string(block->stored) + " stored but " +
+                           std::to_string(block->computed) + " computed.";
+            }
+        }
+    }
+    if (!file.fuseIdMatches) otherFuseId(file.name, file.record.fuseIdHex, *camera);
+}
+
+void DeviceInspector::otherFuseId(const std::string& file, const std::string& fuseId,
+                                  const InspectReport::Camera& camera) {
+    const FuseIdProperty& sensor = camera.sensor;
+    if (sensor.set() && !sensor.wellFormed) return;  // that problem is told already
+    const std::string head =
+        file + " is for fuse ID " + quoted(fuseId) + ", but camera " + camera.name;
+    std::string* message = nullptr;
+    if (!sensor.set()) {
+        if ((message = note("unfitted", file, camera.name)))
+            *message = head + " has no fitted sensor.";
+    } else if ((message = problem("fuse-id", file, camera.name))) {
+        *message = head + "'s fitted sensor has " + quoted(sensor.fuseId) + ".";
     }
 }
 
-bool DeviceInspector::readLines(const std::string& path, InspectReport::TextFile* file,
-                                std::vector<std::string>* lines) {
-    file->name = baseName(path);
-    std::vector<unsigned char> bytes;
-    file->presence = readFile(file->name, &bytes);
-    if (file->presence != InspectReport::Presence::read) return false;
-    *lines = linesOf(bytes);
-    file->lines = static_cast<int>(lines->size());
-    return true;
-}
-
-InspectReport::Camera* DeviceInspector::cameraOfFocusFuseId(const std::string& fuseId) {
+InspectReport::Camera* DeviceInspector::cameraOfFocusFuseId(std::string_view fuseId) {
     for (InspectReport::Camera& camera : report.cameras) {
-        if (camera.focusSensor.set() && camera.focusSensor.fuseId == fuseId) return &camera;
+        if (camera.focusSensor.wellFormed && camera.focusSensor.fuseId == fuseId) return &camera;
     }
     return nullptr;
 }
 
 void DeviceInspector::inspectAfFile() {
     InspectReport::TextFile& file = report.afFile;
-    std::vector<std::string> lines;
-    if (!readLines(AfCalibrationData::afCalFilePath, &file, &lines)) return;
-    for (size_t i = 0; i < lines.size(); ++i) {
-        const int number = static_cast<int>(i + 1);
-        const std::string where = "Line " + std::to_string(number) + " of " + file.name;
-        const DecodedLine line = decodeAfLine(lines[i]);
+    file.name = kAfFile;
+    std::string bytes;
+    file.presence = readFile(file.name, "", &bytes);
+    if (file.presence != InspectReport::Presence::read) return;
+    DecodedLine line;
+    UnfittedRun run;
+    auto noteRun = [this, &run, &file] {
+        if (run.count == 0) return;
+        if (std::string* message = note("unfitted", file.name, run.camera)) {
+            *message = run.sentence(file.name, "AF point");
+        }
+        run = UnfittedRun();
+    };
+    forEachLine(bytes, [&](size_t number, std::string_view text) {
+        ++file.lines;
+        auto where = [&file, number] {
+            return "Line " + std::to_string(number) + " of " + file.name;
+        };
+        decodeAfLine(text, &line, true);
+        std::string* message = nullptr;
         if (line.status != LineStatus::ok) {
-            file.droppedLines.push_back(number);
-            problem("dropped-line", file.name, "",
-                    where + " has " + std::to_string(line.columnCount) +
-                        " columns instead of 7, so the next AF store drops it.");
-            continue;
+            if (size_t* listed = file.droppedLines.add()) *listed = number;
+            if ((message = problem("dropped-line", file.name, ""))) {
+                *message = where() + " has " + counted(line.columnCount, "column") +
+                           " instead of 7, so the next AF store drops it.";
+            }
+            return;
         }
-        InspectReport::AfPoint point;
-        point.line = number;
-        point.useFlag = std::string(line.fields[0]);
-        point.camera = std::string(line.fields[1]);
-        point.fuseId = std::string(line.fields[2]);
-        point.distance = std::string(line.fields[3]);
-        point.dac = std::string(line.fields[4]);
-        point.temperature = std::string(line.fields[5]);
-        point.crcOk = line.storedCrc == line.computedCrc;
-        InspectReport::Camera* camera = cameraOfFocusFuseId(point.fuseId);
-        if (!point.crcOk) {
-            file.crcFailures.push_back(number);
-            problem("crc", file.name, camera == nullptr ? "" : camera->name,
-                    where + " (fuse ID " + quoted(point.fuseId) + ", distance " + point.distance +
-                        ") has CRC " + std::to_string(line.storedCrc) + " stored but " +
-                        std::to_string(line.computedCrc) + " computed.");
+        const std::string_view fuseId = line.fields[2];
+        InspectReport::Camera* camera = cameraOfFocusFuseId(fuseId);
+        const bool crcOk = line.storedCrc == line.computedCrc;
+        if (!crcOk) {
+            if (size_t* listed = file.crcFailures.add()) *listed = number;
+            if ((message = problem("crc", file.name, camera == nullptr ? "" : camera->name))) {
+                *message = where() + " (fuse ID " + quoted(fuseId) + ", distance " +
+                           std::string(line.fields[3]) + ") has CRC " +
+                           std::to_string(line.storedCrc) + " stored but " +
+                           std::to_string(line.computedCrc) + " computed.";
+            }
         }
+        InspectReport::AfPoint* point = nullptr;
+        if (camera != nullptr || run.endedBy(fuseId)) noteRun();
         if (camera != nullptr) {
-            camera->afPoints.push_back(point);
+            point = camera->afPoints.add();
         } else {
-            report.unfittedAfPoints.push_back(point);
+            run.add(fuseId, line.fields[1], number);
+            point = report.unfittedAfPoints.add();
         }
-    }
-    // One problem per module that is no longer fitted, however many points it left.
-    std::map<std::string, int> pointsOf;
-    std::vector<const InspectReport::AfPoint*> firsts;
-    for (const InspectReport::AfPoint& point : report.unfittedAfPoints) {
-        if (pointsOf[point.fuseId]++ == 0) firsts.push_back(&point);
-    }
-    for (const InspectReport::AfPoint* first : firsts) {
-        const std::string& fuseId = first->fuseId;
-        const int count = pointsOf[fuseId];
-        problem("fuse-id", file.name, cameraNamed(first->camera),
-                file.name + " holds " + std::to_string(count) + " AF point" +
-                    (count == 1 ? "" : "s") + " of fuse ID " + quoted(fuseId) +
-                    ", which no fitted sensor has.");
-    }
+        if (point == nullptr) return;
+        *point = {static_cast<int>(number),    std::string(line.fields[0]),
+                  std::string(line.fields[1]), std::string(fuseId),
+                  std::string(line.fields[3]), std::string(line.fields[4]),
+                  std::string(line.fields[5]), crcOk};
+    });
+    noteRun();
 }
 
 void DeviceInspector::inspectPdOffsetFile() {
     InspectReport::TextFile& file = report.pdOffsetFile;
-    std::vector<std::string> lines;
-    if (!readLines(AfCalibrationData::pdOffsetCalFilePath, &file, &lines)) return;
-    for (size_t i = 0; i < lines.size(); ++i) {
-        const int number = static_cast<int>(i + 1);
-        const std::string where = "Line " + std::to_string(number) + " of " + file.name;
-        const DecodedLine line = decodePdOffsetLine(lines[i]);
-        if (line.status == LineStatus::lengthNotANumber) {
-            file.droppedLines.push_back(number);
-            problem("dropped-line", file.name, "",
-                    where +
-                        " has a value count that is not a number, so a PD-offset store "
-                        "stops abnormally on it.");
-            continue;
+    file.name = kPdOffsetFile;
+    std::string bytes;
+    file.presence = readFile(file.name, "", &bytes);
+    if (file.presence != InspectReport::Presence::read) return;
+    DecodedLine line;
+    UnfittedRun run;
+    auto noteRun = [this, &run, &file] {
+        if (run.count == 0) return;
+        if (std::string* message = note("unfitted", file.name, run.camera)) {
+            *message = run.sentence(file.name, "PD-offset record");
         }
+        run = UnfittedRun();
+    };
+    forEachLine(bytes, [&](size_t number, std::string_view text) {
+        ++file.lines;
+        auto where = [&file, number] {
+            return "Line " + std::to_string(number) + " of " + file.name;
+        };
+        decodePdOffsetLine(text, &line, true);
+        std::string* message = nullptr;
         if (line.status != LineStatus::ok) {
-            file.droppedLines.push_back(number);
-            problem("dropped-line", file.name, "",
-                    where + " has " + std::to_string(line.columnCount) +
-                        " fields, which no PD-offset record has, so the next PD-offset store "
-                        "drops it.");
-            continue;
+            if (size_t* listed = file.droppedLines.add()) *listed = number;
+            if (!(message = problem("dropped-line", file.name, ""))) return;
+            *message = where() + (line.status == LineStatus::lengthNotANumber
+                                      ? " has a value count that is not a number, so a PD-offset "
+                                        "store stops abnormally on it."
+                                      : " has " + counted(line.columnCount, "field") +
+                                            ", a count no PD-offset record has, so the next "
+                                            "PD-offset store drops it.");
+            return;
         }
-        InspectReport::PdOffsetRecord record;
-        record.line = number;
-        record.useFlag = std::string(line.fields[0]);
-        record.camera = std::string(line.fields[1]);
-        record.fuseId = std::string(line.fields[2]);
-        record.valueCount = line.valueCount;
-        record.sfrPresent = line.hasSfrData;
-        record.crcOk = line.storedCrc == line.computedCrc;
-        InspectReport::Camera* camera = cameraOfFocusFuseId(record.fuseId);
-        if (!record.crcOk) {
-            file.crcFailures.push_back(number);
-            problem("crc", file.name, camera == nullptr ? "" : camera->name,
-                    where + " (fuse ID " + quoted(record.fuseId) + ") has CRC " +
-                        std::to_string(line.storedCrc) + " stored but " +
-                        std::to_string(line.computedCrc) +
-                        " computed, so the read-back refuses it.");
+        const std::string_view fuseId = line.fields[2];
+        InspectReport::Camera* camera = cameraOfFocusFuseId(fuseId);
+        const bool crcOk = line.storedCrc == line.computedCrc;
+        if (!crcOk) {
+            if (size_t* listed = file.crcFailures.add()) *listed = number;
+            if ((message = problem("crc", file.name, camera == nullptr ? "" : camera->name))) {
+                *message = where() + " (fuse ID " + quoted(fuseId) + ") has CRC " +
+                           std::to_string(line.storedCrc) + " stored but " +
+                           std::to_string(line.computedCrc) +
+                           " computed, so the read-back refuses it.";
+            }
         }
-        if (camera == nullptr) {
-            report.unfittedPdOffsets.push_back(record);
-            problem("fuse-id", file.name, cameraNamed(record.camera),
-                    where + " holds the PD offsets of fuse ID " + quoted(record.fuseId) +
-                        ", which no fitted sensor has.");
-        } else if (!camera->hasPdOffset) {  // the read-back takes a module's first record
-            camera->hasPdOffset = true;
-            camera->pdOffset = record;
+        auto fill = [&](InspectReport::PdOffsetRecord* into) {
+            *into = {static_cast<int>(number),
+                     std::string(line.fields[0]),
+                     std::string(line.fields[1]),
+                     std::string(fuseId),
+                     line.valueCount,
+                     line.hasSfrData,
+                     crcOk};
+        };
+        if (camera != nullptr) {
+            noteRun();
+            if (!camera->hasPdOffset) {  // the read-back takes a module's first record
+                camera->hasPdOffset = true;
+                fill(&camera->pdOffset);
+            }
+            return;
         }
-    }
+        if (run.endedBy(fuseId)) noteRun();
+        run.add(fuseId, line.fields[1], number);
+        if (InspectReport::PdOffsetRecord* listed = report.unfittedPdOffsets.add()) fill(listed);
+    });
+    noteRun();
 }
 
 void DeviceInspector::inspectEepromCopy(const std::string& name) {
     InspectReport::EepromCopy copy;
     copy.name = name;
-    std::vector<unsigned char> bytes;
-    copy.presence = readFile(name, &bytes);
-    if (copy.presence != InspectReport::Presence::read) {
-        report.eepromCopies.push_back(copy);
-        return;
-    }
-    copy.size = bytes.size();
-    copy.fuseId = EepromBinRecord::upperCase(EepromBinRecord::fuseIdOfPath(name));
-    // The export's own test: a fitted sensor's whole property value contains the name's ID.
-    for (const InspectReport::Camera& camera : report.cameras) {
-        for (const auto* table :
-             {&eepromBinFuseIdPropertyTable, &eepromBinRoleFuseIdPropertyTable}) {
-            auto property = table->find(camera.roleId);
-            if (property == table->end()) continue;
-            const std::string value = readProperty(property->second);
-            if (!value.empty() && EepromBinRecord::belongsTo(copy.fuseId, value)) {
-                copy.cameras.push_back(camera.name);
-                break;
+    std::string bytes;
+    copy.presence = readFile(name, "", &bytes);
+    if (copy.presence == InspectReport::Presence::read) {
+        copy.size = bytes.size();
+        copy.fuseId = EepromBinRecord::upperCase(EepromBinRecord::fuseIdOfPath(name));
+        // The export's own test: a short- or role-named fuse-ID property's whole value contains
+        // the name's ID.
+        for (InspectReport::Camera& camera : report.cameras) {
+            const CameraRole& role = *cameraByRoleId(camera.roleId);
+            for (std::string_view property : {role.fuseIdProperty, role.roleFuseIdProperty}) {
+                const std::string value = readProperty(property);
+                if (!value.empty() && EepromBinRecord::belongsTo(copy.fuseId, value)) {
+                    copy.cameras.push_back(camera.name);
+                    camera.hasEepromCopy = true;
+                    break;
+                }
+            }
+        }
+        copy.record =
+            EepromBinRecord::decode(unsignedBytes(bytes, EepromBinRecord::checksumOffset + 1));
+        copy.publishedChecksum = readProperty(eepromBinChecksumProperty);
+        copy.checksumAgrees = copy.record.checksumAgrees(copy.publishedChecksum);
+        std::string* message = nullptr;
+        if (copy.cameras.empty() && (message = note("unfitted", name, "", Scope::entries))) {
+            *message = name + " is an EEPROM copy for fuse ID " + quoted(copy.fuseId) +
+                       ", which no fitted sensor has.";
+        }
+        if (!copy.record.hasChecksum) {
+            if ((message = problem("size", name, "", Scope::entries))) {
+                *message = name + " has " + std::to_string(copy.size) +
+                           " bytes, too few for the checksum byte at offset " +
+                           std::to_string(EepromBinRecord::checksumOffset) + ".";
+            }
+        } else if (copy.cameras.empty()) {
+            // An old module's copy: the published checksum is the fitted module's.
+        } else if (copy.publishedChecksum.empty()) {
+            if ((message = problem("checksum", name, "", Scope::entries))) {
+                *message =
+                    name + " cannot be checked, as " + eepromBinChecksumProperty + " is not set.";
+            }
+        } else if (!copy.checksumAgrees) {
+            if ((message = problem("checksum", name, "", Scope::entries))) {
+                char byte[3];
+                snprintf(byte, sizeof byte, "%02X", copy.record.checksum);
+                *message = name + " has checksum byte " + byte + ", but " +
+                           eepromBinChecksumProperty + " is " + quoted(copy.publishedChecksum) + ".";
             }
         }
     }
-    copy.record = EepromBinRecord::decode(bytes);
-    copy.publishedChecksum = readProperty(eepromBinChecksumProperty);
-    copy.checksumAgrees = copy.record.checksumAgrees(copy.publishedChecksum);
-    if (copy.cameras.empty()) {
-        problem("fuse-id", name, "",
-                name + " is an EEPROM copy for fuse ID " + quoted(copy.fuseId) +
-                    ", which no fitted sensor has.");
-    }
-    if (!copy.record.hasChecksum) {
-        problem("size", name, "",
-                name + " has " + std::to_string(copy.size) +
-                    " bytes, too few for the checksum byte at offset " +
-                    std::to_string(EepromBinRecord::checksumOffset) + ".");
-    } else if (copy.publishedChecksum.empty()) {
-        problem("checksum", name, "",
-                name + " cannot be checked, as " + eepromBinChecksumProperty + " is not set.");
-    } else if (!copy.checksumAgrees) {
-        char byte[3];
-        snprintf(byte, sizeof byte, "%02X", copy.record.checksum);
-        problem("checksum", name, "",
-                name + " has checksum byte " + byte + ", but " + eepromBinChecksumProperty +
-                    " is " + quoted(copy.publishedChecksum) + ".");
-    }
-    report.eepromCopies.push_back(copy);
+    if (InspectReport::EepromCopy* listed = report.eepromCopies.add()) *listed = std::move(copy);
 }
+
+namespace {
+
+// A calibration log line, "camera:<name>,<ae|awb>,result:<0|1>": false for anything else.
+bool resultLine(std::string_view line, std::string_view* camera, bool* ae, int* result) {
+    constexpr std::string_view kPrefix = "camera:";
+    constexpr std::string_view kResult = ",result:";
+    if (line.substr(0, kPrefix.size()) != kPrefix ||
+        line.size() < kPrefix.size() + kResult.size() + 1) {
+        return false;
+    }
+    const size_t comma = line.find(',');
+    const size_t at = line.size() - kResult.size() - 1;
+    if (line.substr(at, kResult.size()) != kResult || comma >= at) return false;
+    const std::string_view kind = line.substr(comma + 1, at - comma - 1);
+    const char value = line.back();
+    if ((kind != "ae" && kind != "awb") || (value != '0' && value != '1')) return false;
+    *camera = line.substr(kPrefix.size(), comma - kPrefix.size());
+    *ae = kind == "ae";
+    *result = value - '0';
+    return true;
+}
+
+}  // namespace
 
 void DeviceInspector::inspectCalibrationLog() {
     InspectReport::TextFile& log = report.calibrationLog;
     log.name = baseName(calibrationLogPath());
-    std::vector<unsigned char> bytes;
-    log.presence = readFile(log.name, &bytes);
+    std::string bytes;
+    log.presence = readFile(log.name, "", &bytes);
     if (log.presence != InspectReport::Presence::read) return;
-    const std::vector<std::string> lines = linesOf(bytes);
-    log.lines = static_cast<int>(lines.size());
-    std::map<std::string, InspectReport::Camera*> byName;
-    for (InspectReport::Camera& camera : report.cameras) byName[camera.name] = &camera;
-    for (size_t i = 0; i < lines.size(); ++i) {
-        // "camera:<name>,<ae|awb>,result:<0|1>"
-        const std::string& line = lines[i];
-        const size_t comma = line.find(',');
-        const size_t result = line.find(",result:");
-        const std::string prefix = "camera:";
-        bool understood = line.compare(0, prefix.size(), prefix) == 0 &&
-                          comma != std::string::npos && result != std::string::npos &&
-                          result > comma;
-        std::string name, kind, value;
-        if (understood) {
-            name = line.substr(prefix.size(), comma - prefix.size());
-            kind = line.substr(comma + 1, result - comma - 1);
-            value = line.substr(result + 8);
-            understood = (kind == "ae" || kind == "awb") && (value == "0" || value == "1");
+    forEachLine(bytes, [this, &log](size_t number, std::string_view line) {
+        ++log.lines;
+        std::string_view name;
+        bool ae = false;
+        int result = 0;
+        if (!resultLine(line, &name, &ae, &result)) {
+            if (size_t* listed = log.droppedLines.add()) *listed = number;
+            if (std::string* message = problem("log", log.name, "")) {
+                *message = "Line " + std::to_string(number) + " of " + log.name +
+                           " is not a calibration result line.";
+            }
+            return;
         }
-        if (!understood) {
-            log.droppedLines.push_back(static_cast<int>(i + 1));
-            problem("log", log.name, "",
-                    "Line " + std::to_string(i + 1) + " of " + log.name +
-                        " is not a calibration result line.");
-            continue;
+        for (InspectReport::Camera& camera : report.cameras) {
+            if (camera.name == name) (ae ? camera.lastAeResult : camera.lastAwbResult) = result;
         }
-        auto camera = byName.find(name);
-        if (camera == byName.end()) continue;
-        (kind == "ae" ? camera->second->lastAeResult : camera->second->lastAwbResult) =
-            value == "1" ? 1 : 0;
-    }
+    });
     for (const InspectReport::Camera& camera : report.cameras) {
-        if (camera.lastAeResult == 0 || camera.lastAwbResult == 0) {
-            problem("log", log.name, camera.name,
-                    std::string("The last ") + (camera.lastAeResult == 0 ? "AE" : "AWB") +
-                        " result that " + log.name + " holds for camera " + camera.name +
-                        " is a failure.");
+        for (const auto& [what, result] : {std::pair<const char*, int>{"AE", camera.lastAeResult},
+                                           {"AWB", camera.lastAwbResult}}) {
+            if (result != 0) continue;
+            const std::string sentence = std::string("The last ") + what + " result that " +
+                                         log.name + " holds for camera " + camera.name +
+                                         " is a failure";
+            // A camera where no sensor is fitted now has nothing to calibrate.
+            std::string* message = camera.sensor.set() ? problem("log", log.name, camera.name)
+                                                       : note("log", log.name, camera.name);
+            if (message != nullptr) {
+                *message = sentence + (camera.sensor.set() ? "." : ", and it has no fitted sensor.");
+            }
         }
     }
 }
 
 void DeviceInspector::inspectEntries() {
-    std::map<std::string, std::string> roles;
-    for (const auto& [camera, path] : aeFilePathTable) roles[baseName(path)] = "ae";
-    for (const auto& [camera, path] : awbLscFilePathTable) roles[baseName(path)] = "awblsc";
-    roles[report.afFile.name] = "af";
-    roles[report.pdOffsetFile.name] = "pdoffset";
-    roles[report.calibrationLog.name] = "log";
-
+    std::map<std::string_view, const char*> roles = {
+        {kAfFile, "af"}, {kPdOffsetFile, "pdoffset"}, {report.calibrationLog.name, "log"}};
+    for (const CameraRole& role : kCameraRoles) {
+        if (!role.aeFile.empty()) roles[role.aeFile] = "ae";
+        if (!role.awbLscFile.empty()) roles[role.awbLscFile] = "awblsc";
+    }
     for (const PersistDirectory::Entry& item : directory.entries()) {
-        InspectReport::Entry entry{item.name, item.type, item.mode, item.uid, item.gid, ""};
-        auto known = roles.find(item.name);
-        if (known != roles.end()) {
-            entry.role = known->second;
-        } else if (isTemporary(item.name)) {
-            entry.role = "temporary";
-        } else if (endsWith(item.name, ".bin")) {
-            entry.role = "eeprom";
-        } else {
-            entry.role = "unknown";
+        const std::string& name = item.name;
+        auto known = roles.find(name);
+        const std::string_view role = known != roles.end()                    ? known->second
+                                      : SafeFileWriter::isTemporaryName(name) ? "temporary"
+                                      : endsWith(name, ".bin")                ? "eeprom"
+                                                                              : "unknown";
+        if (InspectReport::Entry* entry = report.entries.add()) {
+            *entry = {name, item.type, item.mode, item.uid, item.gid, std::string(role)};
         }
-        report.entries.push_back(entry);
-
-        if (entry.role == "temporary") {
-            problem("temporary", item.name, "",
-                    item.name + " is a temporary that an interrupted store left behind.");
+        std::string* message = nullptr;
+        if (role == "temporary") {
+            if ((message = problem("temporary", name, "", Scope::entries))) {
+                *message = name + " is a temporary that an interrupted store left behind.";
+            }
             continue;
         }
-        if (entry.role == "unknown") {
-            problem("unknown", item.name, "", item.name + " is not a file that optoquill writes.");
+        if (role == "unknown") {
+            if ((message = problem("unknown", name, "", Scope::entries))) {
+                *message = name + " is not a file that optoquill writes.";
+            }
             continue;
         }
-        if (entry.role == "eeprom") inspectEepromCopy(item.name);
+        if (role == "eeprom") inspectEepromCopy(name);
         if (item.type != "regular") continue;  // reported as unreadable
-        if (item.mode != kMode) {
-            problem(
-                "mode", item.name, "",
-                item.name + " has mode " + octal(item.mode) + " instead of " + octal(kMode) + ".");
+        if (item.mode != kMode && (message = problem("mode", name, "", Scope::entries))) {
+            *message = name + " has mode " + octal(item.mode) + " instead of " + octal(kMode) + ".";
         }
-        if (item.uid != kOwner || item.gid != kOwner) {
-            problem("owner", item.name, "",
-                    item.name + " is owned by " + std::to_string(item.uid) + ":" +
-                        std::to_string(item.gid) + " instead of 1000:1000.");
+        if ((item.uid != kOwner || item.gid != kOwner) &&
+            (message = problem("owner", name, "", Scope::entries))) {
+            *message = name + " is owned by " + std::to_string(item.uid) + ":" +
+                       std::to_string(item.gid) + " instead of 1000:1000.";
+        }
+    }
+}
+
+void DeviceInspector::judgeNeeds() {
+    for (const ProductNeed& need : needs) {
+        InspectReport::Camera* camera = nullptr;
+        for (InspectReport::Camera& candidate : report.cameras) {
+            if (candidate.roleId == need.camera->roleId) camera = &candidate;
+        }
+        const std::string kind(need.kind);
+        // Which sensor the stores of this kind go by, the file, and whether it holds the
+        // fitted module's calibration.
+        const bool focus = kind == "af" || kind == "pdoffset";
+        const FuseIdProperty& sensor = focus ? camera->focusSensor : camera->sensor;
+        std::string file;
+        InspectReport::Presence presence = InspectReport::Presence::read;
+        bool met = false;
+        std::string what;
+        std::string lacking;
+        if (kind == "ae") {
+            file = camera->ae.name;
+            presence = camera->ae.presence;
+            met = presence == InspectReport::Presence::read && camera->ae.fuseIdMatches;
+            what = "AE calibration";
+        } else if (kind == "awblsc") {
+            file = camera->awbLsc.name;
+            presence = camera->awbLsc.presence;
+            met = presence == InspectReport::Presence::read && camera->awbLsc.fuseIdMatches;
+            what = "AWB/LSC calibration";
+        } else if (kind == "af") {
+            file = report.afFile.name;
+            presence = report.afFile.presence;
+            met = camera->afPoints.count > 0;
+            what = "AF calibration";
+            lacking = file + " holds no AF point of fuse ID " + quoted(sensor.fuseId);
+        } else if (kind == "pdoffset") {
+            file = report.pdOffsetFile.name;
+            presence = report.pdOffsetFile.presence;
+            met = camera->hasPdOffset;
+            what = "a PD offset";
+            lacking = file + " holds no record of fuse ID " + quoted(sensor.fuseId);
+        } else {
+            met = camera->hasEepromCopy;
+            what = "an EEPROM copy";
+            lacking = "none is stored for fuse ID " + quoted(sensor.fuseId);
+        }
+        report.needs.push_back({camera->name, kind, met});
+        // A need that another problem already explains (a file for another module, one that
+        // cannot be read, a malformed property) is not told twice.
+        std::string reason;
+        if (!sensor.set()) {
+            reason = "no sensor is fitted";
+        } else if (met || !sensor.wellFormed) {
+            continue;
+        } else if (presence == InspectReport::Presence::absent) {
+            reason = file + " is absent";
+        } else if (presence == InspectReport::Presence::read && !lacking.empty()) {
+            reason = lacking;
+        } else {
+            continue;
+        }
+        if (std::string* message = problem("missing", file, camera->name)) {
+            *message = "Camera " + camera->name + " needs " + what + ", but " + reason + ".";
         }
     }
 }

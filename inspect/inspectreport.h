@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <vector>
 
@@ -8,11 +9,30 @@
 #include "common/fuseidproperty.h"
 #include "eeprom/eeprombinrecord.h"
 
-// Everything the audit found on one device, and the problems it makes of that: a plain value
-// that the text and JSON renderers only format.
+// How many lines, records or entries of one kind a report lists; the rest are only counted, so
+// that a file of junk costs a few kilobytes of report.
+constexpr size_t kListLimit = 20;
+
+// The first kListLimit items of a kind, and how many there are in all.
+template <typename T>
+struct Listing {
+    std::vector<T> items;
+    size_t count = 0;
+
+    // Counts one more: room for it while it is among the first, else null.
+    T* add() {
+        ++count;
+        if (items.size() >= kListLimit) return nullptr;
+        return &items.emplace_back();
+    }
+    size_t unlisted() const { return count - items.size(); }
+};
+
+// Everything the audit found on one device, and the problems and notes it makes of that: a plain
+// value that the text and JSON renderers only format.
 struct InspectReport {
     // Whether a calibration file could be looked at.
-    enum class Presence { absent, unreadable, read };
+    enum class Presence { absent, unreadable, tooLarge, read };
 
     struct AeFile {
         std::string name;
@@ -55,9 +75,9 @@ struct InspectReport {
     struct TextFile {
         std::string name;
         Presence presence = Presence::absent;
-        int lines = 0;
-        std::vector<int> droppedLines;  // not loaded (AF, PD offset) or not a result line (log)
-        std::vector<int> crcFailures;   // kept by the loader, but their CRC does not verify
+        size_t lines = 0;
+        Listing<size_t> droppedLines;  // not loaded (AF, PD offset) or not a result line (log)
+        Listing<size_t> crcFailures;   // kept by the loader, but their CRC does not verify
     };
 
     struct Camera {
@@ -65,12 +85,14 @@ struct InspectReport {
         std::string name;            // the short name
         FuseIdProperty sensor;       // as the AE and AWB/LSC stores read it
         FuseIdProperty focusSensor;  // as the AF and PD-offset stores read it
+        bool fitted = false;         // either property is set
         AeFile ae;
         bool hasAwbLsc = false;  // a front camera
         AwbLscFile awbLsc;
-        std::vector<AfPoint> afPoints;
+        Listing<AfPoint> afPoints;
         bool hasPdOffset = false;
         PdOffsetRecord pdOffset;
+        bool hasEepromCopy = false;
         int lastAeResult = -1;  // from the calibration log; -1 for none
         int lastAwbResult = -1;
     };
@@ -96,23 +118,46 @@ struct InspectReport {
                            // "unknown"
     };
 
-    struct Problem {
-        std::string kind;     // "fuse-id", "crc", "checksum", "size", "form", "property",
-                              // "dropped-line", "log", "unreadable", "mode", "owner", "temporary",
-                              // "unknown"
+    // What the product needs of one camera (--expect), and whether the device has it.
+    struct Need {
+        std::string camera;
+        std::string kind;  // "ae", "awblsc", "af", "pdoffset" or "eeprom"
+        bool met = false;
+    };
+
+    // A problem (the calibration is not what the camera service needs) or a note (harmless
+    // history, such as the records of a module no longer fitted).
+    struct Finding {
+        std::string kind;
         std::string file;     // the entry it is about, or empty
         std::string camera;   // the camera's short name, or empty
         std::string message;  // one sentence
     };
 
+    // Findings of one kind in one file past the first kListLimit; an empty file stands for the
+    // persist directory's entries taken together.
+    struct Unlisted {
+        std::string kind;
+        std::string file;
+        size_t count = 0;
+    };
+
+    struct Findings {
+        std::vector<Finding> listed;
+        std::vector<Unlisted> unlisted;
+        size_t count = 0;  // listed and unlisted
+    };
+
     std::string persistDirectory;
+    std::vector<Need> needs;
     std::vector<Camera> cameras;
     TextFile afFile;
-    std::vector<AfPoint> unfittedAfPoints;  // of fuse IDs that no fitted sensor has
+    Listing<AfPoint> unfittedAfPoints;  // of fuse IDs that no fitted sensor has
     TextFile pdOffsetFile;
-    std::vector<PdOffsetRecord> unfittedPdOffsets;
-    std::vector<EepromCopy> eepromCopies;
+    Listing<PdOffsetRecord> unfittedPdOffsets;
+    Listing<EepromCopy> eepromCopies;
     TextFile calibrationLog;
-    std::vector<Entry> entries;
-    std::vector<Problem> problems;
+    Listing<Entry> entries;
+    Findings problems;
+    Findings notes;
 };

@@ -4,16 +4,28 @@
 
 #include <cstdio>
 
+#include "inspect/utf8text.h"
+
 namespace {
 
-Json::Value textOrNull(const std::string& text) {
-    return text.empty() ? Json::Value() : Json::Value(text);
+// Every text from the device goes through here: jsoncpp's writer takes any bytes for UTF-8, and
+// a name or a field may hold any bytes.
+Json::Value text(const std::string& value) {
+    return Json::Value(validUtf8(value));
+}
+
+Json::Value textOrNull(const std::string& value) {
+    return value.empty() ? Json::Value() : text(value);
+}
+
+Json::Value count(size_t value) {
+    return static_cast<Json::UInt64>(value);
 }
 
 std::string hex4(unsigned value) {
-    char text[8];
-    snprintf(text, sizeof text, "0x%04X", value & 0xFFFF);
-    return text;
+    char digits[8];
+    snprintf(digits, sizeof digits, "0x%04X", value & 0xFFFF);
+    return digits;
 }
 
 const char* presenceName(InspectReport::Presence presence) {
@@ -22,10 +34,26 @@ const char* presenceName(InspectReport::Presence presence) {
             return "absent";
         case InspectReport::Presence::unreadable:
             return "unreadable";
+        case InspectReport::Presence::tooLarge:
+            return "too-large";
         case InspectReport::Presence::read:
             break;
     }
     return "read";
+}
+
+// The items of a listing under `name`, how many there are in all under `countName`.
+template <typename T, typename ToJson>
+void putListing(Json::Value* json, const char* name, const char* countName,
+                const Listing<T>& listing, ToJson toJson) {
+    Json::Value items(Json::arrayValue);
+    for (const T& item : listing.items) items.append(toJson(item));
+    (*json)[name] = items;
+    (*json)[countName] = count(listing.count);
+}
+
+Json::Value lineJson(size_t line) {
+    return count(line);
 }
 
 Json::Value sensorJson(const FuseIdProperty& sensor) {
@@ -33,24 +61,18 @@ Json::Value sensorJson(const FuseIdProperty& sensor) {
     json["property"] = textOrNull(sensor.name);
     json["value"] = textOrNull(sensor.value);
     json["wellFormed"] = sensor.wellFormed;
-    json["fuseId"] = sensor.set() && sensor.wellFormed ? Json::Value(sensor.fuseId) : Json::Value();
-    return json;
-}
-
-Json::Value lineList(const std::vector<int>& lines) {
-    Json::Value json(Json::arrayValue);
-    for (int line : lines) json.append(line);
+    json["fuseId"] = sensor.set() && sensor.wellFormed ? text(sensor.fuseId) : Json::Value();
     return json;
 }
 
 Json::Value aeJson(const InspectReport::AeFile& ae) {
     Json::Value json(Json::objectValue);
-    json["file"] = ae.name;
+    json["file"] = text(ae.name);
     json["state"] = presenceName(ae.presence);
     if (ae.presence != InspectReport::Presence::read) return json;
     const AeRecord& record = ae.record;
     static const char* const kForms[] = {"factory", "maintain", "bad-size"};
-    json["size"] = static_cast<Json::UInt64>(record.size);
+    json["size"] = count(record.size);
     json["expectedSize"] = record.fuseLength + 12;
     json["form"] = kForms[static_cast<int>(record.form)];
     json["sizeOk"] = record.form == AeRecord::Form::maintain;
@@ -80,10 +102,10 @@ Json::Value blockJson(const AwbLscRecord::Block& block) {
 
 Json::Value awbLscJson(const InspectReport::AwbLscFile& file) {
     Json::Value json(Json::objectValue);
-    json["file"] = file.name;
+    json["file"] = text(file.name);
     json["state"] = presenceName(file.presence);
     if (file.presence != InspectReport::Presence::read) return json;
-    json["size"] = static_cast<Json::UInt64>(file.record.size);
+    json["size"] = count(file.record.size);
     json["fuseId"] = file.record.fuseIdHex;
     json["fuseIdMatches"] = file.fuseIdMatches;
     json["awb"] = blockJson(file.record.awb);
@@ -94,12 +116,12 @@ Json::Value awbLscJson(const InspectReport::AwbLscFile& file) {
 Json::Value afPointJson(const InspectReport::AfPoint& point, bool withFuseId) {
     Json::Value json(Json::objectValue);
     json["line"] = point.line;
-    if (withFuseId) json["fuseId"] = point.fuseId;
-    json["camera"] = point.camera;
-    json["distance"] = point.distance;
-    json["dac"] = point.dac;
-    json["temperature"] = point.temperature;
-    json["useFlag"] = point.useFlag;
+    if (withFuseId) json["fuseId"] = text(point.fuseId);
+    json["camera"] = text(point.camera);
+    json["distance"] = text(point.distance);
+    json["dac"] = text(point.dac);
+    json["temperature"] = text(point.temperature);
+    json["useFlag"] = text(point.useFlag);
     json["crcOk"] = point.crcOk;
     return json;
 }
@@ -107,9 +129,9 @@ Json::Value afPointJson(const InspectReport::AfPoint& point, bool withFuseId) {
 Json::Value pdOffsetJson(const InspectReport::PdOffsetRecord& record, bool withFuseId) {
     Json::Value json(Json::objectValue);
     json["line"] = record.line;
-    if (withFuseId) json["fuseId"] = record.fuseId;
-    json["camera"] = record.camera;
-    json["useFlag"] = record.useFlag;
+    if (withFuseId) json["fuseId"] = text(record.fuseId);
+    json["camera"] = text(record.camera);
+    json["useFlag"] = text(record.useFlag);
     json["valueCount"] = record.valueCount;
     json["sfrPresent"] = record.sfrPresent;
     json["crcOk"] = record.crcOk;
@@ -121,110 +143,132 @@ Json::Value resultOrNull(int result) {
     return result < 0 ? Json::Value() : Json::Value(result);
 }
 
-Json::Value textFileJson(const InspectReport::TextFile& file, const char* droppedName) {
+Json::Value textFileJson(const InspectReport::TextFile& file, const char* dropped,
+                         const char* droppedCount) {
     Json::Value json(Json::objectValue);
-    json["file"] = file.name;
+    json["file"] = text(file.name);
     json["state"] = presenceName(file.presence);
-    json["lines"] = file.lines;
-    json[droppedName] = lineList(file.droppedLines);
+    json["lines"] = count(file.lines);
+    putListing(&json, dropped, droppedCount, file.droppedLines, lineJson);
     return json;
+}
+
+Json::Value cameraJson(const InspectReport::Camera& camera) {
+    Json::Value json(Json::objectValue);
+    json["roleId"] = camera.roleId;
+    json["name"] = camera.name;
+    json["fitted"] = camera.fitted;
+    json["sensor"] = sensorJson(camera.sensor);
+    json["focusSensor"] = sensorJson(camera.focusSensor);
+    json["ae"] = aeJson(camera.ae);
+    json["awbLsc"] = camera.hasAwbLsc ? awbLscJson(camera.awbLsc) : Json::Value();
+    putListing(&json, "afPoints", "afPointCount", camera.afPoints,
+               [](const InspectReport::AfPoint& point) { return afPointJson(point, false); });
+    json["pdOffset"] = camera.hasPdOffset ? pdOffsetJson(camera.pdOffset, false) : Json::Value();
+    json["eepromCopy"] = camera.hasEepromCopy;
+    Json::Value log(Json::objectValue);
+    log["lastAe"] = resultOrNull(camera.lastAeResult);
+    log["lastAwb"] = resultOrNull(camera.lastAwbResult);
+    json["calibrationLog"] = log;
+    return json;
+}
+
+Json::Value eepromCopyJson(const InspectReport::EepromCopy& copy) {
+    Json::Value json(Json::objectValue);
+    json["file"] = text(copy.name);
+    json["state"] = presenceName(copy.presence);
+    if (copy.presence != InspectReport::Presence::read) return json;
+    json["size"] = count(copy.size);
+    json["fuseId"] = text(copy.fuseId);
+    Json::Value owners(Json::arrayValue);
+    for (const std::string& camera : copy.cameras) owners.append(camera);
+    json["cameras"] = owners;
+    char byte[3];
+    snprintf(byte, sizeof byte, "%02X", copy.record.checksum);
+    json["checksum"] = copy.record.hasChecksum ? Json::Value(byte) : Json::Value();
+    json["publishedChecksum"] = textOrNull(copy.publishedChecksum);
+    json["checksumAgrees"] = copy.checksumAgrees;
+    return json;
+}
+
+Json::Value entryJson(const InspectReport::Entry& entry) {
+    Json::Value json(Json::objectValue);
+    json["name"] = text(entry.name);
+    json["type"] = entry.type;
+    char mode[8];
+    snprintf(mode, sizeof mode, "%04o", entry.mode);
+    json["mode"] = mode;
+    json["owner"] = entry.uid;
+    json["group"] = entry.gid;
+    json["role"] = entry.role;
+    return json;
+}
+
+// `findings[]` listed, `findingCount` in all, `findingsNotListed[]` per kind and file.
+void putFindings(Json::Value* root, const std::string& name,
+                 const InspectReport::Findings& findings) {
+    Json::Value listed(Json::arrayValue);
+    for (const InspectReport::Finding& finding : findings.listed) {
+        Json::Value json(Json::objectValue);
+        json["kind"] = finding.kind;
+        json["file"] = textOrNull(finding.file);
+        json["camera"] = textOrNull(finding.camera);
+        json["message"] = text(finding.message);
+        listed.append(json);
+    }
+    Json::Value unlisted(Json::arrayValue);
+    for (const InspectReport::Unlisted& more : findings.unlisted) {
+        Json::Value json(Json::objectValue);
+        json["kind"] = more.kind;
+        json["file"] = textOrNull(more.file);
+        json["count"] = count(more.count);
+        unlisted.append(json);
+    }
+    (*root)[name + "s"] = listed;
+    (*root)[name + "Count"] = count(findings.count);
+    (*root)[name + "sNotListed"] = unlisted;
 }
 
 }  // namespace
 
 std::string renderJsonReport(const InspectReport& report) {
     Json::Value root(Json::objectValue);
-    root["persistDirectory"] = report.persistDirectory;
+    root["schemaVersion"] = 1;
+    root["persistDirectory"] = text(report.persistDirectory);
+
+    Json::Value needs(Json::arrayValue);
+    for (const InspectReport::Need& need : report.needs) {
+        Json::Value json(Json::objectValue);
+        json["camera"] = need.camera;
+        json["kind"] = need.kind;
+        json["met"] = need.met;
+        needs.append(json);
+    }
+    root["needs"] = needs;
 
     Json::Value cameras(Json::arrayValue);
-    for (const InspectReport::Camera& camera : report.cameras) {
-        Json::Value json(Json::objectValue);
-        json["roleId"] = camera.roleId;
-        json["name"] = camera.name;
-        json["sensor"] = sensorJson(camera.sensor);
-        json["focusSensor"] = sensorJson(camera.focusSensor);
-        json["ae"] = aeJson(camera.ae);
-        json["awbLsc"] = camera.hasAwbLsc ? awbLscJson(camera.awbLsc) : Json::Value();
-        Json::Value points(Json::arrayValue);
-        for (const InspectReport::AfPoint& point : camera.afPoints) {
-            points.append(afPointJson(point, false));
-        }
-        json["afPoints"] = points;
-        json["pdOffset"] = camera.hasPdOffset ? pdOffsetJson(camera.pdOffset, false) : Json::Value();
-        Json::Value log(Json::objectValue);
-        log["lastAe"] = resultOrNull(camera.lastAeResult);
-        log["lastAwb"] = resultOrNull(camera.lastAwbResult);
-        json["calibrationLog"] = log;
-        cameras.append(json);
-    }
+    for (const InspectReport::Camera& camera : report.cameras) cameras.append(cameraJson(camera));
     root["cameras"] = cameras;
 
-    Json::Value af = textFileJson(report.afFile, "droppedLines");
-    af["crcFailures"] = lineList(report.afFile.crcFailures);
-    Json::Value unfittedPoints(Json::arrayValue);
-    for (const InspectReport::AfPoint& point : report.unfittedAfPoints) {
-        unfittedPoints.append(afPointJson(point, true));
-    }
-    af["unfittedPoints"] = unfittedPoints;
+    Json::Value af = textFileJson(report.afFile, "droppedLines", "droppedLineCount");
+    putListing(&af, "crcFailures", "crcFailureCount", report.afFile.crcFailures, lineJson);
+    putListing(&af, "unfittedPoints", "unfittedPointCount", report.unfittedAfPoints,
+               [](const InspectReport::AfPoint& point) { return afPointJson(point, true); });
     root["afFile"] = af;
 
-    Json::Value pd = textFileJson(report.pdOffsetFile, "droppedLines");
-    pd["crcFailures"] = lineList(report.pdOffsetFile.crcFailures);
-    Json::Value unfittedRecords(Json::arrayValue);
-    for (const InspectReport::PdOffsetRecord& record : report.unfittedPdOffsets) {
-        unfittedRecords.append(pdOffsetJson(record, true));
-    }
-    pd["unfittedRecords"] = unfittedRecords;
+    Json::Value pd = textFileJson(report.pdOffsetFile, "droppedLines", "droppedLineCount");
+    putListing(&pd, "crcFailures", "crcFailureCount", report.pdOffsetFile.crcFailures, lineJson);
+    putListing(
+        &pd, "unfittedRecords", "unfittedRecordCount", report.unfittedPdOffsets,
+        [](const InspectReport::PdOffsetRecord& record) { return pdOffsetJson(record, true); });
     root["pdOffsetFile"] = pd;
 
-    Json::Value copies(Json::arrayValue);
-    for (const InspectReport::EepromCopy& copy : report.eepromCopies) {
-        Json::Value json(Json::objectValue);
-        json["file"] = copy.name;
-        json["state"] = presenceName(copy.presence);
-        if (copy.presence == InspectReport::Presence::read) {
-            json["size"] = static_cast<Json::UInt64>(copy.size);
-            json["fuseId"] = copy.fuseId;
-            Json::Value owners(Json::arrayValue);
-            for (const std::string& camera : copy.cameras) owners.append(camera);
-            json["cameras"] = owners;
-            char byte[3];
-            snprintf(byte, sizeof byte, "%02X", copy.record.checksum);
-            json["checksum"] = copy.record.hasChecksum ? Json::Value(byte) : Json::Value();
-            json["publishedChecksum"] = textOrNull(copy.publishedChecksum);
-            json["checksumAgrees"] = copy.checksumAgrees;
-        }
-        copies.append(json);
-    }
-    root["eepromCopies"] = copies;
-
-    root["calibrationLog"] = textFileJson(report.calibrationLog, "malformedLines");
-
-    Json::Value entries(Json::arrayValue);
-    for (const InspectReport::Entry& entry : report.entries) {
-        Json::Value json(Json::objectValue);
-        json["name"] = entry.name;
-        json["type"] = entry.type;
-        char mode[8];
-        snprintf(mode, sizeof mode, "%04o", entry.mode);
-        json["mode"] = mode;
-        json["owner"] = entry.uid;
-        json["group"] = entry.gid;
-        json["role"] = entry.role;
-        entries.append(json);
-    }
-    root["entries"] = entries;
-
-    Json::Value problems(Json::arrayValue);
-    for (const InspectReport::Problem& problem : report.problems) {
-        Json::Value json(Json::objectValue);
-        json["kind"] = problem.kind;
-        json["file"] = textOrNull(problem.file);
-        json["camera"] = textOrNull(problem.camera);
-        json["message"] = problem.message;
-        problems.append(json);
-    }
-    root["problems"] = problems;
+    putListing(&root, "eepromCopies", "eepromCopyCount", report.eepromCopies, eepromCopyJson);
+    root["calibrationLog"] =
+        textFileJson(report.calibrationLog, "malformedLines", "malformedLineCount");
+    putListing(&root, "entries", "entryCount", report.entries, entryJson);
+    putFindings(&root, "problem", report.problems);
+    putFindings(&root, "note", report.notes);
 
     Json::StreamWriterBuilder builder;
     builder["indentation"] = "  ";

@@ -4,5 +4,5 @@
 
 #include "inspect/inspectreport.h"
 
-// The report as one JSON document (the schema is in README.md), built with jsoncpp.
+// The report as one JSON document, built with jsoncpp; inspect/report.schema.json describes it.
 std::string renderJsonReport(const InspectReport& report);

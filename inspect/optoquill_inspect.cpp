@@ -1,54 +1,74 @@
 // optoquill-inspect: a read-only audit of the calibration that optoquill stored on this device.
-#include <cerrno>
 #include <cstdio>
 #include <cstring>
 #include <string>
+#include <string_view>
 
 #include "common/devicepaths.h"
 #include "inspect/deviceinspector.h"
 #include "inspect/jsonreport.h"
 #include "inspect/persistdirectory.h"
+#include "inspect/productneeds.h"
 #include "inspect/textreport.h"
 
 namespace {
 
-const char kUsage[] =
-    "Usage: optoquill-inspect [--json]\n"
-    "Audits the camera calibration stored in the persist directory: is it complete, intact\n"
-    "and for the sensors fitted now? Reads only.\n"
-    "  --json      print the report as one JSON document\n"
-    "  -h, --help  print this help\n"
-    "Exit status: 0 no problem, 1 at least one problem, 2 usage error or unreadable persist\n"
-    "directory.\n";
+constexpr char kUsage[] =
+    "Usage: optoquill-inspect [--json] [--expect CAMERA=KIND[,KIND...]]...\n"
+    "Audits the camera calibration stored in the persist directory: is what the product needs\n"
+    "stored, intact and for the sensors fitted now? Reads only.\n"
+    "  --json        print the report as one JSON document\n"
+    "  --expect      a camera (w, f, t, u, m, t4x, m2x, d, faux) needs these kinds of\n"
+    "                calibration: ae, awblsc, af, pdoffset, eeprom; repeatable\n"
+    "  -h, --help    print this help\n"
+    "Exit status: 0 no problem, 1 at least one problem (notes do not count), 2 usage error or\n"
+    "unreadable persist directory.\n";
 
 void print(const std::string& text) {
     fwrite(text.data(), 1, text.size(), stdout);
+}
+
+// A usage error: one line on standard error.
+int usageError(const std::string& why) {
+    fprintf(stderr, "optoquill-inspect: %s (see optoquill-inspect --help)\n", why.c_str());
+    return 2;
 }
 
 }  // namespace
 
 int main(int argc, char* argv[]) {
     bool json = false;
+    std::vector<ProductNeed> needs;
     for (int i = 1; i < argc; ++i) {
-        const std::string argument = argv[i];
+        const std::string_view argument = argv[i];
+        constexpr std::string_view kExpect = "--expect";
         if (argument == "-h" || argument == "--help") {
             print(kUsage);
             return 0;
         }
-        if (argument != "--json") {
-            fprintf(stderr, "optoquill-inspect: unknown argument \"%s\"\n%s", argument.c_str(),
-                    kUsage);
-            return 2;
+        if (argument == "--json") {
+            json = true;
+        } else if (argument == kExpect || argument.substr(0, kExpect.size() + 1) == "--expect=") {
+            std::string_view value = argument.substr(kExpect.size());
+            if (value.empty()) {
+                if (i + 1 == argc) return usageError("--expect needs CAMERA=KIND[,KIND...]");
+                value = argv[++i];
+            } else {
+                value.remove_prefix(1);
+            }
+            const std::string error = parseProductNeeds(value, &needs);
+            if (!error.empty()) return usageError(error);
+        } else {
+            return usageError("unknown argument \"" + std::string(argument) + "\"");
         }
-        json = true;
     }
     PersistDirectory directory(persistDirectory());
-    if (!directory.open()) {
+    if (const int error = directory.open()) {
         fprintf(stderr, "optoquill-inspect: cannot read %s: %s\n", directory.path().c_str(),
-                strerror(errno));
+                strerror(error));
         return 2;
     }
-    const InspectReport report = DeviceInspector(directory).inspect();
+    const InspectReport report = DeviceInspector(directory, std::move(needs)).inspect();
     print(json ? renderJsonReport(report) : renderTextReport(report));
-    return report.problems.empty() ? 0 : 1;
+    return report.problems.count == 0 ? 0 : 1;
 }

@@ -1,11 +1,10 @@
 #pragma once
 
-#include <sys/types.h>
-
 #include <string>
 #include <vector>
 
-#include "common/uniquefd.h"
+#include "base/filereader.h"
+#include "base/uniquefd.h"
 
 // The persist directory as the audit sees it: its entries as they are (a link is an entry, never
 // followed) and the whole content of a regular file among them. Opens nothing for writing.
@@ -19,19 +18,17 @@ class PersistDirectory {
         unsigned gid = 0;
     };
 
-    enum class Read { ok, absent, notRegular, failed };
-
     explicit PersistDirectory(std::string path);
 
-    // Opens the directory and lists it; false (with errno kept) when it cannot be read.
-    bool open();
+    // Opens the directory and lists it, sorted by name: 0, or the errno of the step that failed.
+    int open();
 
     const std::string& path() const { return directory; }
     const std::vector<Entry>& entries() const { return list; }
     const Entry* find(const std::string& name) const;
 
-    // The content of entry `name`, when it is a regular file that can be read whole.
-    Read read(const std::string& name, std::vector<unsigned char>* bytes) const;
+    // Entry `name` read whole by the one reader, never through a link.
+    FileRead read(const std::string& name) const;
 
   private:
     std::string directory;

@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "inspect/utf8text.h"
+
 namespace {
 
 constexpr size_t kLabelWidth = 20;
@@ -11,10 +13,12 @@ std::string padded(const std::string& text, size_t width) {
     return text.size() >= width ? text + " " : text + std::string(width - text.size(), ' ');
 }
 
-// One "label  value" line, the values of a section lined up.
+// One "label  value" line, the values of a section lined up. Texts from the device may hold any
+// bytes: each stays on its line, as valid UTF-8.
 void row(std::string* out, int indent, const std::string& label, const std::string& value) {
     *out += std::string(static_cast<size_t>(indent), ' ') +
-            padded(label, kLabelWidth - static_cast<size_t>(indent)) + value + "\n";
+            padded(printableUtf8(label), kLabelWidth - static_cast<size_t>(indent)) +
+            printableUtf8(value) + "\n";
 }
 
 // Rows of cells, each column as wide as its widest cell, beside a label (or only indented).
@@ -31,7 +35,7 @@ void table(std::string* out, int indent, const std::string& label,
             line += i + 1 == rows[r].size() ? rows[r][i] : padded(rows[r][i], widths[i] + 2);
         }
         if (label.empty()) {
-            *out += std::string(static_cast<size_t>(indent), ' ') + line + "\n";
+            *out += std::string(static_cast<size_t>(indent), ' ') + printableUtf8(line) + "\n";
         } else {
             row(out, indent, r == 0 ? label : "", line);
         }
@@ -59,7 +63,9 @@ std::string fuseIdText(const std::string& fuseId, bool matches) {
 }
 
 std::string presenceText(const std::string& name, InspectReport::Presence presence) {
-    return name + (presence == InspectReport::Presence::absent ? ": absent" : ": unreadable");
+    return name + (presence == InspectReport::Presence::absent     ? ": absent"
+                   : presence == InspectReport::Presence::tooLarge ? ": too large"
+                                                                   : ": unreadable");
 }
 
 std::string count(size_t number, const std::string& noun) {
@@ -70,9 +76,15 @@ std::string resultText(int result) {
     return result < 0 ? "-" : std::to_string(result);
 }
 
-std::string linesText(const std::vector<int>& lines) {
+// "and 12 more points": what a listing leaves out.
+std::string moreText(size_t unlisted, const std::string& noun) {
+    return "and " + std::to_string(unlisted) + " more " + noun;
+}
+
+std::string linesText(const Listing<size_t>& lines) {
     std::string text;
-    for (int line : lines) text += (text.empty() ? "" : ", ") + std::to_string(line);
+    for (size_t line : lines.items) text += (text.empty() ? "" : ", ") + std::to_string(line);
+    if (lines.unlisted() > 0) text += " " + moreText(lines.unlisted(), "lines");
     return text.empty() ? "none" : text;
 }
 
@@ -128,15 +140,16 @@ std::vector<std::string> pointCells(const InspectReport::AfPoint& point) {
 }
 
 void afPointTable(std::string* out, int indent, const std::string& label,
-                  const std::vector<InspectReport::AfPoint>& points, bool withFuseId) {
+                  const Listing<InspectReport::AfPoint>& points, bool withFuseId) {
     std::vector<std::vector<std::string>> rows;
     rows.push_back({"line", "camera", "distance", "DAC", "temp", "use", "CRC"});
     if (withFuseId) rows.back().insert(rows.back().begin() + 1, "fuse ID");
-    for (const InspectReport::AfPoint& point : points) {
+    for (const InspectReport::AfPoint& point : points.items) {
         rows.push_back(pointCells(point));
         if (withFuseId) rows.back().insert(rows.back().begin() + 1, point.fuseId);
     }
     table(out, indent, label, rows);
+    if (points.unlisted() > 0) row(out, indent, "", moreText(points.unlisted(), "points"));
 }
 
 std::string pdOffsetText(const InspectReport::PdOffsetRecord& record) {
@@ -155,83 +168,136 @@ void textFileRow(std::string* out, const std::string& label, const InspectReport
     row(out, 2, dropped, linesText(file.droppedLines));
 }
 
-}  // namespace
-
-std::string renderTextReport(const InspectReport& report) {
-    std::string out;
-    row(&out, 0, "Persist directory", report.persistDirectory);
-    for (const InspectReport::Camera& camera : report.cameras) {
-        out += "\nCamera " + camera.name + " (role " + std::to_string(camera.roleId) + ")\n";
-        row(&out, 2, "fitted sensor", sensorText(camera.sensor));
-        if (camera.focusSensor.name != camera.sensor.name ||
-            camera.focusSensor.value != camera.sensor.value) {
-            row(&out, 2, "focus sensor", sensorText(camera.focusSensor));
-        }
-        aeSection(&out, camera.ae);
-        if (camera.hasAwbLsc) awbLscSection(&out, camera.awbLsc);
-        if (camera.afPoints.empty()) {
-            row(&out, 2, "AF points", "none");
-        } else {
-            afPointTable(&out, 2, "AF points", camera.afPoints, false);
-        }
-        row(&out, 2, "PD offset",
-            camera.hasPdOffset
-                ? pdOffsetText(camera.pdOffset) +
-                      (camera.pdOffset.crcOk ? ": read-back accepts it" : ": read-back refuses it")
-                : "none");
-        row(&out, 2, "calibration log",
-            "last AE " + resultText(camera.lastAeResult) + ", last AWB " +
-                resultText(camera.lastAwbResult));
+// The verdict, then each problem and note on its line, then what was not listed of them.
+void findingsSection(std::string* out, const std::string& heading,
+                     const InspectReport::Findings& findings, const std::string& noun) {
+    *out += heading + "\n";
+    for (const InspectReport::Finding& finding : findings.listed) {
+        *out += "  " + printableUtf8(finding.message) + "\n";
     }
+    for (const InspectReport::Unlisted& more : findings.unlisted) {
+        *out += "  (" + count(more.count, "more " + more.kind + " " + noun) + " " +
+                (more.file.empty() ? "among the entries" : "in " + printableUtf8(more.file)) + ")\n";
+    }
+}
 
-    out += "\n";
-    textFileRow(&out, "AF file", report.afFile, "dropped lines");
+void cameraSection(std::string* out, const InspectReport::Camera& camera) {
+    *out += "\nCamera " + camera.name + " (role " + std::to_string(camera.roleId) + ")\n";
+    row(out, 2, "fitted sensor", sensorText(camera.sensor));
+    if (camera.focusSensor.name != camera.sensor.name ||
+        camera.focusSensor.value != camera.sensor.value) {
+        row(out, 2, "focus sensor", sensorText(camera.focusSensor));
+    }
+    aeSection(out, camera.ae);
+    if (camera.hasAwbLsc) awbLscSection(out, camera.awbLsc);
+    if (camera.afPoints.count == 0) {
+        row(out, 2, "AF points", "none");
+    } else {
+        afPointTable(out, 2, "AF points", camera.afPoints, false);
+    }
+    row(out, 2, "PD offset",
+        camera.hasPdOffset
+            ? pdOffsetText(camera.pdOffset) +
+                  (camera.pdOffset.crcOk ? ": read-back accepts it" : ": read-back refuses it")
+            : "none");
+    row(out, 2, "EEPROM copy", camera.hasEepromCopy ? "stored" : "none");
+    row(out, 2, "calibration log",
+        "last AE " + resultText(camera.lastAeResult) + ", last AWB " +
+            resultText(camera.lastAwbResult));
+}
+
+void sharedFiles(std::string* out, const InspectReport& report) {
+    textFileRow(out, "AF file", report.afFile, "dropped lines");
     if (report.afFile.presence == InspectReport::Presence::read) {
-        row(&out, 2, "CRC failures", linesText(report.afFile.crcFailures));
-        if (!report.unfittedAfPoints.empty()) {
-            afPointTable(&out, 2, "not fitted", report.unfittedAfPoints, true);
+        row(out, 2, "CRC failures", linesText(report.afFile.crcFailures));
+        if (report.unfittedAfPoints.count > 0) {
+            afPointTable(out, 2, "not fitted", report.unfittedAfPoints, true);
         }
     }
-    textFileRow(&out, "PD-offset file", report.pdOffsetFile, "dropped lines");
+    textFileRow(out, "PD-offset file", report.pdOffsetFile, "dropped lines");
     if (report.pdOffsetFile.presence == InspectReport::Presence::read) {
-        row(&out, 2, "CRC failures", linesText(report.pdOffsetFile.crcFailures));
-        for (const InspectReport::PdOffsetRecord& record : report.unfittedPdOffsets) {
-            row(&out, 2, "not fitted", record.fuseId + " " + pdOffsetText(record));
+        row(out, 2, "CRC failures", linesText(report.pdOffsetFile.crcFailures));
+        for (const InspectReport::PdOffsetRecord& record : report.unfittedPdOffsets.items) {
+            row(out, 2, "not fitted", record.fuseId + " " + pdOffsetText(record));
+        }
+        if (report.unfittedPdOffsets.unlisted() > 0) {
+            row(out, 2, "", moreText(report.unfittedPdOffsets.unlisted(), "records"));
         }
     }
-    textFileRow(&out, "Calibration log", report.calibrationLog, "malformed lines");
+    textFileRow(out, "Calibration log", report.calibrationLog, "malformed lines");
 
-    out += "\nEEPROM copies\n";
-    if (report.eepromCopies.empty()) row(&out, 2, "none", "");
-    for (const InspectReport::EepromCopy& copy : report.eepromCopies) {
+    *out += "\nEEPROM copies\n";
+    if (report.eepromCopies.count == 0) row(out, 2, "none", "");
+    for (const InspectReport::EepromCopy& copy : report.eepromCopies.items) {
         if (copy.presence != InspectReport::Presence::read) {
-            row(&out, 2, copy.name, "unreadable");
+            row(out, 2, copy.name, presenceText("", copy.presence).substr(2));
             continue;
         }
         std::string owners;
-        for (const std::string& camera : copy.cameras)
+        for (const std::string& camera : copy.cameras) {
             owners += (owners.empty() ? "" : ",") + camera;
+        }
         char byte[3];
         snprintf(byte, sizeof byte, "%02X", copy.record.checksum);
-        row(&out, 2, copy.name,
+        row(out, 2, copy.name,
             "fuse ID " + copy.fuseId + ", camera " + (owners.empty() ? "NONE" : owners) +
                 ", checksum " + (copy.record.hasChecksum ? byte : "MISSING") + " vs " +
                 (copy.publishedChecksum.empty() ? "(unset)" : copy.publishedChecksum) + ": " +
                 verdict(copy.checksumAgrees));
     }
+    if (report.eepromCopies.unlisted() > 0) {
+        row(out, 2, "", moreText(report.eepromCopies.unlisted(), "copies"));
+    }
 
-    out += "\nEntries\n";
+    *out += "\nEntries\n";
     std::vector<std::vector<std::string>> rows = {{"name", "type", "mode", "owner", "role"}};
-    for (const InspectReport::Entry& entry : report.entries) {
+    for (const InspectReport::Entry& entry : report.entries.items) {
         char mode[8];
         snprintf(mode, sizeof mode, "%04o", entry.mode);
         rows.push_back({entry.name, entry.type, mode,
                         std::to_string(entry.uid) + ":" + std::to_string(entry.gid), entry.role});
     }
-    table(&out, 2, "", rows);
+    table(out, 2, "", rows);
+    if (report.entries.unlisted() > 0) {
+        row(out, 2, moreText(report.entries.unlisted(), "entries"), "");
+    }
+}
 
-    out += "\nProblems: " + std::to_string(report.problems.size()) + "\n";
-    for (const InspectReport::Problem& problem : report.problems)
-        out += "  " + problem.message + "\n";
+}  // namespace
+
+std::string renderTextReport(const InspectReport& report) {
+    const size_t problems = report.problems.count;
+    std::string out;
+    findingsSection(&out, problems == 0 ? "PASS" : "FAIL: " + count(problems, "problem"),
+                    report.problems, "problem");
+    if (report.notes.count > 0) {
+        findingsSection(
+            &out, "Notes: " + std::to_string(report.notes.count) + ", history that is not a problem",
+            report.notes, "note");
+    }
+    out += "\n";
+    row(&out, 0, "Persist directory", report.persistDirectory);
+    if (!report.needs.empty()) {
+        std::string needs;
+        for (const InspectReport::Need& need : report.needs) {
+            needs += (needs.empty() ? "" : ", ") + need.camera + " " + need.kind +
+                     (need.met ? " met" : " NOT MET");
+        }
+        row(&out, 0, "Needs", needs);
+    }
+    std::string unfitted;
+    for (const InspectReport::Camera& camera : report.cameras) {
+        if (camera.fitted) {
+            cameraSection(&out, camera);
+        } else {
+            unfitted += (unfitted.empty() ? "" : ", ") + camera.name;
+        }
+    }
+    if (!unfitted.empty()) {
+        out += "\n";
+        row(&out, 0, "Not fitted", unfitted + " (no fuse-ID property set)");
+    }
+    out += "\n";
+    sharedFiles(&out, report);
     return out;
 }

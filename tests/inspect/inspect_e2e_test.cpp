@@ -1,5 +1,6 @@
-// optoquill-inspect on a device that optoquill calibrated, healthy and with one planted fault
-// of each kind: the problems it names (kind, file, camera) and its exit status.
+// optoquill-inspect on a device that optoquill calibrated: healthy, with one planted fault or
+// piece of history per row, and full of junk. Each row pins the findings of the JSON report and
+// their lines in the text report; every JSON report is checked against inspect/report.schema.json.
 #include <gtest/gtest.h>
 #include <json/json.h>
 #include <sys/stat.h>
@@ -17,7 +18,20 @@ const char kAe[] = "com.nurvak.aecal.w.bin";
 const char kAwbLsc[] = "com.nurvak.awblsccal.f.bin";
 const char kAf[] = "com.nurvak.afc.bin";
 const char kPdOffset[] = "com.nurvak.pdoffset.bin";
-const RunOptions kInspect = {/*fileSizeLimit=*/-1, /*inspect=*/true};
+const char kLog[] = "com.nurak.camera.checksum.bin";
+
+RunOptions inspectOptions() {
+    RunOptions options;
+    options.inspect = true;
+    return options;
+}
+
+// What a station stores for rear main: AE, an AF point and a PD offset.
+std::vector<std::vector<std::string>> rearMainRuns() {
+    return {{"-n", "0", "-l", "100", "-s", "200", "-e", "300"},
+            {"-n", "0", "-d", "50", "-D", "430", "-t", "30", "-F", "1"},
+            {"-n", "0", "-o", "1.5,-2", "-L", "2", "-F", "1"}};
+}
 
 // Rear main ABC123 and front F00D, each stored the way a factory station stores them.
 void calibrate(DeviceFolder& device) {
@@ -29,110 +43,188 @@ void calibrate(DeviceFolder& device) {
     std::string blob(8200, 'U');
     blob[8099] = '\xC3';
     writeFile(device.path("abc123.bin"), blob);
-    for (const std::vector<std::string>& run : std::vector<std::vector<std::string>>{
-             {"-n", "0", "-l", "100", "-s", "200", "-e", "300"},
-             {"-u", "-n", "1", "-f", device.path("awblsc.bin")},
-             {"-n", "0", "-d", "50", "-D", "430", "-t", "30", "-F", "1"},
-             {"-n", "0", "-o", "1.5,-2", "-L", "2", "-F", "1"},
-             {"-E", device.path("abc123.bin")}}) {
-        ASSERT_EQ(device.run(run).status, 0);
-    }
+    std::vector<std::vector<std::string>> runs = rearMainRuns();
+    runs.push_back({"-u", "-n", "1", "-f", device.path("awblsc.bin")});
+    runs.push_back({"-E", device.path("abc123.bin")});
+    for (const std::vector<std::string>& run : runs) ASSERT_EQ(device.run(run).status, 0);
 }
 
-Json::Value inspectJson(const DeviceFolder& device, int expectedStatus) {
-    RunResult result = device.run({"--json"}, kInspect);
-    EXPECT_EQ(result.status, expectedStatus);
+// Both reports of a device as it is, the JSON one parsed and validated against the report's
+// schema with Debian's python3-jsonschema.
+struct Reports {
+    RunResult text;
     Json::Value json;
-    std::string errors;
-    std::istringstream out(result.out);
-    EXPECT_TRUE(Json::parseFromStream(Json::CharReaderBuilder(), out, &json, &errors)) << errors;
-    return json;
+};
+
+Reports inspect(const DeviceFolder& device, std::vector<std::string> arguments,
+                const RunOptions& options = inspectOptions()) {
+    Reports reports;
+    reports.text = device.run(arguments, options);
+    arguments.push_back("--json");
+    RunResult json = device.run(arguments, options);
+    EXPECT_EQ(json.status, reports.text.status);
+    std::istringstream out(json.out);
+    EXPECT_TRUE(Json::parseFromStream(Json::CharReaderBuilder(), out, &reports.json, nullptr));
+    writeFile(device.path("report.json"), json.out);
+    const std::string source = __FILE__;
+    const std::string command =
+        "python3 -c 'import json, sys, jsonschema\n"
+        "jsonschema.validate(json.load(open(sys.argv[2])), json.load(open(sys.argv[1])), "
+        "cls=jsonschema.Draft7Validator)' " +
+        source.substr(0, source.rfind("tests/inspect/")) + "inspect/report.schema.json " +
+        device.path("report.json");
+    EXPECT_EQ(system(command.c_str()), 0) << command;
+    return reports;
 }
 
-// "kind file camera" of each problem, in order.
-std::vector<std::string> problemsOf(const Json::Value& json) {
-    std::vector<std::string> problems;
-    for (const Json::Value& problem : json["problems"]) {
-        problems.push_back(problem["kind"].asString() + " " + problem["file"].asString() + " " +
-                           problem["camera"].asString());
+// "problem kind file camera: message" for each problem, then "note ..." for each note.
+std::vector<std::string> findingsOf(const Json::Value& json) {
+    std::vector<std::string> findings;
+    for (const std::string list : {"problem", "note"}) {
+        for (const Json::Value& finding : json[list + "s"]) {
+            findings.push_back(list + " " + finding["kind"].asString() + " " +
+                               finding["file"].asString() + " " + finding["camera"].asString() +
+                               ": " + finding["message"].asString());
+        }
     }
-    return problems;
+    return findings;
 }
 
 }  // namespace
 
-TEST(Inspect, HealthyDevice) {
-    if (geteuid() != 0) GTEST_SKIP() << "owner 1000:1000 needs root";
-    DeviceFolder device;
-    calibrate(device);
-    const std::string log = device.log();
-    const std::vector<std::string> entries = device.persistEntries();
-    Json::Value json = inspectJson(device, 0);
-    EXPECT_EQ(device.log(), log);  // reads only, the Android log included
-    EXPECT_EQ(device.persistEntries(), entries);
-    EXPECT_EQ(problemsOf(json), std::vector<std::string>{});
-    const Json::Value& w = json["cameras"][0];
-    EXPECT_EQ(w["ae"]["crc"]["ok"].asBool(), true);
-    EXPECT_EQ(w["ae"]["luma"].asInt(), 100);
-    EXPECT_EQ(w["afPoints"][0]["dac"].asString(), "430");
-    EXPECT_EQ(w["pdOffset"]["readBackAccepts"].asBool(), true);
-    EXPECT_EQ(json["cameras"][1]["awbLsc"]["lsc"]["ok"].asBool(), true);
-    EXPECT_EQ(json["eepromCopies"][0]["cameras"][0].asString(), "w");
-
-    RunResult text = device.run({}, kInspect);
-    EXPECT_EQ(text.status, 0);
-    const std::string rearMain =
-        "Camera w (role 0)\n"
-        "  fitted sensor     ABC123 from vendor.camera.sensor.w.fuseID\n"
-        "  AE file           com.nurvak.aecal.w.bin: maintain form, 15 bytes\n"
-        "    CRC             stored 0xBD50, computed 0xBD50: ok\n"
-        "    fuse ID         ABC123: matches\n"
-        "    values          luma 100, gain 200, exposure 300\n"
-        "  AF points         line  camera  distance  DAC  temp  use  CRC\n"
-        "                    1     0       50        430  30    1    ok\n"
-        "  PD offset         line 1: 2 values, no SFR data, CRC ok: read-back accepts it\n"
-        "  calibration log   last AE 1, last AWB -\n";
-    EXPECT_NE(text.out.find(rearMain), std::string::npos) << text.out;
-    EXPECT_EQ(text.out.substr(text.out.size() - 12), "Problems: 0\n");
-}
-
-TEST(Inspect, PlantedFaults) {
-    const std::string w = "vendor.camera.sensor.w.fuseID";
+TEST(Inspect, HealthyPlantedFaultsAndHistory) {
     const struct {
         const char* fault;
         std::function<void(DeviceFolder&)> plant;
-        std::vector<std::string> problems;
+        std::vector<std::string> arguments;
+        // "problem|note kind file camera: message", or a piece of the text report ("\n...")
+        std::vector<std::string> findings;
     } kCases[] = {
-        {"corrupt CRC",
+        {"healthy, what the product needs met",
+         [](DeviceFolder&) {},
+         {"--expect", "w=ae,af,pdoffset,eeprom,ae", "--expect=f=awblsc"},
+         {"\nNeeds               w ae met, w af met, w pdoffset met, w eeprom met, f awblsc met\n"
+          "\nCamera w (role 0)\n  fitted sensor     ABC123 from vendor.camera.sensor.w.fuseID\n",
+          "\n\nNot fitted          t, u, m, t4x, m2x, d, faux (no fuse-ID property set)\n\nAF "
+          "file"}},
+        {"corrupt CRCs",
          [](DeviceFolder& d) {
              std::string ae = readFile(d.persistFile(kAe));
              writeFile(d.persistFile(kAe), ae.replace(9, 1, 1, ae[9] ^ 1));
+             writeFile(d.persistFile(kAf),
+                       readFile(d.persistFile(kAf)) + "1,0,ABC123,60,440,30,1\n");
          },
-         {"crc com.nurvak.aecal.w.bin w"}},
-        {"wrong fuse ID",
+         {},
+         {"problem crc com.nurvak.aecal.w.bin w: com.nurvak.aecal.w.bin has CRC 0xBD50 stored but "
+          "0xA1EB computed.",
+          "problem crc com.nurvak.afc.bin w: Line 2 of com.nurvak.afc.bin (fuse ID \"ABC123\", "
+          "distance 60) has CRC 1 stored but 55118 computed."}},
+        {"another module's AWB/LSC file, a checksum that is not the published one",
          [](DeviceFolder& d) {
              writeFile(d.persistFile(kAwbLsc), awbLscFile(bytes({0xF0, 0x0E})));
+             d.setProperty("vendor.camera.sensor.qz.dualcal.checksum", "c4");
          },
-         {"fuse-id com.nurvak.awblsccal.f.bin f"}},
-        {"swapped module",
-         [&w](DeviceFolder& d) { d.setProperty(w, "xxxx0006DEF456"); },
-         {"fuse-id com.nurvak.aecal.w.bin w", "fuse-id com.nurvak.afc.bin w",
-          "fuse-id com.nurvak.pdoffset.bin w", "fuse-id abc123.bin "}},
-        {"wrong mode",
-         [](DeviceFolder& d) { chmod(d.persistFile(kAf).c_str(), 0600); },
-         {"mode com.nurvak.afc.bin "}},
-        {"wrong owner",
-         [](DeviceFolder& d) { chown(d.persistFile(kAe).c_str(), 0, 0); },
-         {"owner com.nurvak.aecal.w.bin "}},
-        {"leftover temporary",
-         [](DeviceFolder& d) { writeFile(d.persistFile(".com.nurvak.afc.bin.a1B2c3"), "1,0"); },
-         {"temporary .com.nurvak.afc.bin.a1B2c3 "}},
-        {"unreadable entry",
+         {},
+         {"problem fuse-id com.nurvak.awblsccal.f.bin f: com.nurvak.awblsccal.f.bin is for fuse ID "
+          "\"F00E\", but camera f's fitted sensor has \"F00D\".",
+          "problem checksum abc123.bin : abc123.bin has checksum byte C3, but "
+          "vendor.camera.sensor.qz.dualcal.checksum is \"c4\"."}},
+        {"sizes and form",
          [](DeviceFolder& d) {
+             truncate(d.persistFile(kAe).c_str(), 13);
+             truncate(d.persistFile(kAwbLsc).c_str(), 1000);
+             const std::string large = d.persistFile("com.nurvak.aecal.f.bin");
+             writeFile(large, "");
+             truncate(large.c_str(), (16 << 20) + 1);
+             chown(large.c_str(), 1000, 1000);
+         },
+         {},
+         {"problem form com.nurvak.aecal.w.bin w: com.nurvak.aecal.w.bin is stored in factory "
+          "form, without its CRC.",
+          "problem size com.nurvak.aecal.f.bin f: com.nurvak.aecal.f.bin is larger than 16 MiB, "
+          "too large for a calibration file.",
+          "problem size com.nurvak.awblsccal.f.bin f: com.nurvak.awblsccal.f.bin has 1000 bytes, "
+          "too few for its LSC checksum."}},
+        {"malformed property, dropped lines",
+         [](DeviceFolder& d) {
+             d.setProperty("vendor.camera.sensor.u.fuseID", "xx");
+             writeFile(d.persistFile(kAf), readFile(d.persistFile(kAf)) + "junk\n");
+             writeFile(d.persistFile(kPdOffset),
+                       readFile(d.persistFile(kPdOffset)) + "1,0,ABC123,x,1,2\n1,0,ABC123,1,1\n");
+         },
+         {},
+         {"\n  fitted sensor     malformed \"xx\" in vendor.camera.sensor.u.fuseID\n",
+          "problem property  u: The fuse-ID property vendor.camera.sensor.u.fuseID of camera u is "
+          "malformed: \"xx\".",
+          "problem dropped-line com.nurvak.afc.bin : Line 2 of com.nurvak.afc.bin has 1 column "
+          "instead of 7, so the next AF store drops it.",
+          "problem dropped-line com.nurvak.pdoffset.bin : Line 2 of com.nurvak.pdoffset.bin has a "
+          "value count that is not a number, so a PD-offset store stops abnormally on it.",
+          "problem dropped-line com.nurvak.pdoffset.bin : Line 3 of com.nurvak.pdoffset.bin has 5 "
+          "fields, a count no PD-offset record has, so the next PD-offset store drops it."}},
+        {"calibration log",
+         [](DeviceFolder& d) {
+             writeFile(d.persistFile(kLog),
+                       readFile(d.persistFile(kLog)) +
+                           "camera:w,ae,result:0\ncamera:w,awb,result:0\ncamera:t,ae,result:0\n"
+                           "camera:w,ae,result=1\ncamera:w,ae,result:2\n");
+         },
+         {},
+         {"problem log com.nurak.camera.checksum.bin : Line 6 of com.nurak.camera.checksum.bin is "
+          "not a calibration result line.",
+          "problem log com.nurak.camera.checksum.bin : Line 7 of com.nurak.camera.checksum.bin is "
+          "not a calibration result line.",
+          "problem log com.nurak.camera.checksum.bin w: The last AE result that "
+          "com.nurak.camera.checksum.bin holds for camera w is a failure.",
+          "problem log com.nurak.camera.checksum.bin w: The last AWB result that "
+          "com.nurak.camera.checksum.bin holds for camera w is a failure.",
+          "note log com.nurak.camera.checksum.bin t: The last AE result that "
+          "com.nurak.camera.checksum.bin holds for camera t is a failure, and it has no fitted "
+          "sensor."}},
+        {"entries: a folder, a link, owner, mode, a temporary, a name that is not UTF-8",
+         [](DeviceFolder& d) {
+             mkdir(d.persistFile("com.nurvak.aecal.t.bin").c_str(), 0755);
              rename(d.persistFile(kPdOffset).c_str(), d.path("pdoffset").c_str());
              symlink(d.path("pdoffset").c_str(), d.persistFile(kPdOffset).c_str());
+             chown(d.persistFile(kAe).c_str(), 0, 0);
+             chmod(d.persistFile(kAf).c_str(), 0600);
+             writeFile(d.persistFile(".com.nurvak.afc.bin.a1B2c3"), "1,0");
+             // é, then bytes of no valid sequence: a lead alone, beyond U+10FFFF, a surrogate
+             writeFile(d.persistFile("\xC3\xA9\xC3.\xF4\x90\x80\x80\xED\xA0\x80.txt"), "");
          },
-         {"unreadable com.nurvak.pdoffset.bin "}},
+         {},
+         {"problem unreadable com.nurvak.aecal.t.bin t: com.nurvak.aecal.t.bin is a directory, "
+          "not a regular file.",
+          "problem unreadable com.nurvak.pdoffset.bin : com.nurvak.pdoffset.bin is a symbolic "
+          "link, not a regular file.",
+          "problem temporary .com.nurvak.afc.bin.a1B2c3 : .com.nurvak.afc.bin.a1B2c3 is a "
+          "temporary that an interrupted store left behind.",
+          "problem owner com.nurvak.aecal.w.bin : com.nurvak.aecal.w.bin is owned by 0:0 instead "
+          "of 1000:1000.",
+          "problem mode com.nurvak.afc.bin : com.nurvak.afc.bin has mode 0600 instead of 0644.",
+          "problem unknown \xC3\xA9\xEF\xBF\xBD.\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD"
+          "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD.txt : \xC3\xA9\xEF\xBF\xBD.\xEF\xBF\xBD\xEF\xBF\xBD"
+          "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD.txt is not a file that "
+          "optoquill writes."}},
+        {"a repaired rear main camera: the old module's records are history",
+         [](DeviceFolder& d) {
+             d.run({"-n", "0", "-d", "10", "-D", "300", "-t", "30"});
+             d.setProperty("vendor.camera.sensor.w.fuseID", "xxxx0006DEF456");
+             for (const std::vector<std::string>& run : rearMainRuns()) d.run(run);
+         },
+         {"--expect", "w=ae,af,pdoffset,eeprom", "--expect", "f=ae", "--expect", "t=af"},
+         {"problem missing  w: Camera w needs an EEPROM copy, but none is stored for fuse ID "
+          "\"DEF456\".",
+          "problem missing com.nurvak.aecal.f.bin f: Camera f needs AE calibration, but "
+          "com.nurvak.aecal.f.bin is absent.",
+          "problem missing com.nurvak.afc.bin t: Camera t needs AF calibration, but no sensor is "
+          "fitted.",
+          "note unfitted com.nurvak.afc.bin w: com.nurvak.afc.bin holds 2 AF points (lines 1 to 2) "
+          "of fuse ID \"ABC123\", which no fitted sensor has.",
+          "note unfitted com.nurvak.pdoffset.bin w: com.nurvak.pdoffset.bin holds 1 PD-offset "
+          "record (line 1) of fuse ID \"ABC123\", which no fitted sensor has.",
+          "note unfitted abc123.bin : abc123.bin is an EEPROM copy for fuse ID \"ABC123\", which "
+          "no fitted sensor has."}},
     };
     if (geteuid() != 0) GTEST_SKIP() << "owner 1000:1000 needs root";
     for (const auto& c : kCases) {
@@ -140,15 +232,73 @@ TEST(Inspect, PlantedFaults) {
         DeviceFolder device;
         calibrate(device);
         c.plant(device);
-        EXPECT_EQ(problemsOf(inspectJson(device, 1)), c.problems);
+        const std::string log = device.log();
+        const std::vector<std::string> entries = device.persistEntries();
+        Reports reports = inspect(device, c.arguments);
+        EXPECT_EQ(device.log(), log);  // reads only, the Android log included
+        EXPECT_EQ(device.persistEntries(), entries);
+        std::vector<std::string> findings;
+        size_t problems = 0;
+        for (const std::string& finding : c.findings) {
+            if (finding[0] != '\n') findings.push_back(finding);
+            problems += finding.compare(0, 8, "problem ") == 0;
+            const std::string line = finding[0] == '\n'
+                                         ? finding
+                                         : "\n  " + finding.substr(finding.find(": ") + 2) + "\n";
+            EXPECT_NE(reports.text.out.find(line), std::string::npos) << line;
+        }
+        EXPECT_EQ(findingsOf(reports.json), findings);
+        EXPECT_EQ(reports.text.status, problems == 0 ? 0 : 1);
+        const std::string verdict = problems == 0 ? "PASS\n"
+                                    : problems == 1
+                                        ? "FAIL: 1 problem\n"
+                                        : "FAIL: " + std::to_string(problems) + " problems\n";
+        EXPECT_EQ(reports.text.out.substr(0, verdict.size()), verdict);
     }
 }
 
-TEST(Inspect, UsageAndUnreadablePersistDirectory) {
+// A million junk lines: the first 20 listed, the rest counted, in bounded time and memory.
+TEST(Inspect, JunkLog) {
+    if (geteuid() != 0) GTEST_SKIP() << "owner 1000:1000 needs root";
     DeviceFolder device;
-    EXPECT_EQ(device.run({"--jason"}, kInspect).status, 2);
+    std::string junk;
+    for (int i = 0; i < 1000000; ++i) junk += "a\n";
+    writeFile(device.persistFile(kLog), junk);
+    chown(device.persistFile(kLog).c_str(), 1000, 1000);
+    RunOptions options = inspectOptions();
+    // Not under qemu, nor AddressSanitizer, whose shadow memory no such limit allows for.
+    if (std::string(OPTOQUILL_TEST_EMULATOR).empty() && !getenv("ASAN_OPTIONS")) {
+        options.memoryLimit = 64 << 20;
+    }
+    Reports reports = inspect(device, {}, options);
+    EXPECT_EQ(reports.text.status, 1);
+    EXPECT_EQ(reports.text.out.substr(0, 23), "FAIL: 1000000 problems\n");
+    EXPECT_NE(reports.text.out.find("\n  (999980 more log problems in " + std::string(kLog) + ")\n"),
+              std::string::npos);
+    EXPECT_EQ(reports.json["problems"].size(), 20u);
+    EXPECT_EQ(reports.json["calibrationLog"]["malformedLineCount"].asUInt(), 1000000u);
+    EXPECT_NE(
+        reports.text.out.find("  malformed lines   1, 2, 3, 4, 5, 6, 7, 8, 9, 10, 11, 12, 13, "
+                              "14, 15, 16, 17, 18, 19, 20 and 999980 more lines\n"),
+        std::string::npos);
+    EXPECT_LT(reports.text.out.size() + readFile(device.path("report.json")).size(), 100000u);
+}
+
+TEST(Inspect, UsageErrorsAndUnreadablePersistDirectory) {
+    DeviceFolder device;
+    for (const auto& [argument, error] : std::vector<std::pair<std::string, std::string>>{
+             {"--jason", "unknown argument \"--jason\""},
+             {"--expect=w=ae,foo",
+              "--expect \"w=ae,foo\": no kind \"foo\" (ae, awblsc, af, pdoffset, eeprom)"},
+             {"--expect=w=awblsc",
+              "--expect \"w=awblsc\": camera w has no AWB/LSC file (only f, faux)"}}) {
+        RunResult result = device.run({argument}, inspectOptions());
+        EXPECT_EQ(result.status, 2);
+        EXPECT_EQ(result.out, "");
+        EXPECT_EQ(result.err, "optoquill-inspect: " + error + " (see optoquill-inspect --help)\n");
+    }
     rmdir(device.persistFile("").c_str());
-    RunResult result = device.run({}, kInspect);
+    RunResult result = device.run({}, inspectOptions());
     EXPECT_EQ(result.status, 2);
     EXPECT_EQ(result.err, "optoquill-inspect: cannot read " + device.persistFile("") +
                               ": No such file or directory\n");
