@@ -118,8 +118,9 @@ TEST_F(Guarantees, HangUpTerminateOrInterruptDuringAStoreLeavesNothingBehind) {
     if (!canTrace()) GTEST_SKIP() << "needs strace and a native tool";
     for (int signal : {SIGHUP, SIGTERM, SIGINT}) {
         RunOptions options;
-        options.strace = {"-o", "/dev/null", "-e", "trace=fsync", "-e",
-                          "inject=fsync:signal=" + std::to_string(signal) + ":when=1"};
+        options.strace = {"-o", "/dev/null",
+                          "-e", "trace=fsync",
+                          "-e", "inject=fsync:signal=" + std::to_string(signal) + ":when=1"};
         RunResult result = device.run({"-n", "0", "-l", "100", "-s", "200", "-e", "300"}, options);
         EXPECT_EQ(result.signal, signal);
         for (const std::string& entry : device.persistEntries()) {

@@ -15,7 +15,6 @@
 #include <iterator>
 #include <sstream>
 
-
 bool canTrace() {
     return std::string(OPTOQUILL_TEST_EMULATOR).empty() && access("/usr/bin/strace", X_OK) == 0;
 }
