@@ -1,6 +1,7 @@
 #include "ae/aerecord.h"
 
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include "ae/aecalibrationfilesmanager.h"
 #include "tests/support/testfiles.h"
@@ -42,6 +43,7 @@ TEST(AeRecord, TakesBothFormsApartAtFixedOffsetsAndRefusesEveryOtherSize) {
 
 TEST(AeCalibrationFilesManager, MakesNoFileForACameraItDoesNotKnow) {
     const std::string file = testing::TempDir() + "optoquill-unknown-camera";
+    unlink(file.c_str());  // left by an earlier run that did make it
     testing::internal::CaptureStdout();
     AeCalibrationFilesManager::makeFile("x", file, 1, 2, 3);
     EXPECT_EQ(testing::internal::GetCapturedStdout(),
