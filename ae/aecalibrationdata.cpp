@@ -19,7 +19,7 @@ bool AeCalibrationData::parse(char const* file, Links links) {
     if (!read.ok()) {
         __android_log_print(ANDROID_LOG_ERROR, kTag, "failed to open file %s", file);
         // A path from the command line is named with the reason; the store's own file is not.
-        if (links == Links::follow && read.status != FileRead::Status::absent) read.report(file);
+        if (links == Links::follow) read.report(file);
         return false;
     }
     data.assign(read.bytes.begin(), read.bytes.end());

@@ -5,11 +5,6 @@
 
 namespace {
 
-// White space as the C locale classifies it.
-bool isBlank(char c) {
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
 void appendTexts(std::string* out, const std::vector<std::string_view>& texts) {
     for (std::string_view text : texts) {
         out->append(text);

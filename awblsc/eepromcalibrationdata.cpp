@@ -33,7 +33,7 @@ bool EepromCalibrationData::parse(char const* file, Links links) {
     const FileRead read = readFile(file, links);
     if (!read.ok()) {
         __android_log_print(ANDROID_LOG_ERROR, kTag, "failed to open file %s", file);
-        if (links == Links::follow && read.status != FileRead::Status::absent) read.report(file);
+        if (links == Links::follow) read.report(file);
         return false;
     }
     data.assign(read.bytes.begin(), read.bytes.end());

@@ -4,14 +4,6 @@
 #include <cstdio>
 #include <cstdlib>
 
-namespace {
-
-bool isBlank(char c) {
-    return c == ' ' || (c >= '\t' && c <= '\r');
-}
-
-}  // namespace
-
 DecimalPrefix DecimalPrefix::scan(std::string_view text) {
     DecimalPrefix number;
     size_t i = 0;

@@ -5,6 +5,11 @@
 #include <string>
 #include <string_view>
 
+// White space as the C locale classifies it: " \t\n\v\f\r".
+inline bool isBlank(char c) {
+    return c == ' ' || (c >= '\t' && c <= '\r');
+}
+
 // A decimal number at the start of a text, read as the C library's conversions read one: white
 // space (" \t\n\v\f\r"), an optional sign, digits; whatever follows is ignored. The one scanner
 // under every decimal reading of a stored or typed value; linear and bounded whatever the text.

@@ -29,6 +29,7 @@ std::string FileRead::reason() const {
 }
 
 void FileRead::report(const std::string& path) const {
+    if (status == Status::absent) return;
     fprintf(stderr, "Error:cannot read %s: %s\n", path.c_str(), reason().c_str());
 }
 

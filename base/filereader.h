@@ -25,7 +25,8 @@ struct FileRead {
     // Why the file could not be read, as a message's tail: "not a regular file", ...
     std::string reason() const;
 
-    // One line on standard error naming the file and the reason.
+    // One line on standard error naming the file and the reason it was refused; nothing for an
+    // absent file, which each input reports in its own defined words.
     void report(const std::string& path) const;
 };
 

@@ -26,7 +26,7 @@ bool EepromBinData::read(std::string const& path) {
     const FileRead read = readFile(path, Links::follow);
     if (!read.ok()) {
         __android_log_print(ANDROID_LOG_ERROR, kTag, "failed to open file %s", path.c_str());
-        if (read.status != FileRead::Status::absent) read.report(path);
+        read.report(path);
         return false;
     }
     data.assign(read.bytes.begin(), read.bytes.end());
