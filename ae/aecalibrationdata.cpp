@@ -5,7 +5,8 @@
 #include <cstdio>
 
 #include "ae/aerecord.h"
-#include "base/hextext.h"
+#include "base/text.h"
+#include "common/inputfile.h"
 #include "common/recordfile.h"
 
 namespace {
@@ -15,14 +16,13 @@ const char kTag[] = "AeCalibrationData";
 }  // namespace
 
 bool AeCalibrationData::parse(char const* file, Links links) {
-    const FileRead read = readFile(file, links);
+    // A path from the command line is named with the reason; the store's own file is not.
+    FileRead read = links == Links::follow ? readInputFile(file) : readFile(file, links);
     if (!read.ok()) {
         __android_log_print(ANDROID_LOG_ERROR, kTag, "failed to open file %s", file);
-        // A path from the command line is named with the reason; the store's own file is not.
-        if (links == Links::follow) read.report(file);
         return false;
     }
-    data.assign(read.bytes.begin(), read.bytes.end());
+    data = std::move(read.bytes);
     const int size = static_cast<int>(data.size());
     __android_log_print(ANDROID_LOG_DEBUG, kTag, "data file size %d", size);
 
@@ -62,13 +62,12 @@ bool AeCalibrationData::parse(char const* file, Links links) {
 
 WriteResult AeCalibrationData::write(char const* file) {
     if (!isValid) return {WriteResult::Step::open, 0};
-    std::vector<unsigned char> stored = data;
+    std::string stored = data;
     if (!hasCrc) {
-        stored.push_back(static_cast<unsigned char>(crc >> 8));
-        stored.push_back(static_cast<unsigned char>(crc & 0xFF));
+        stored.push_back(static_cast<char>(crc >> 8));
+        stored.push_back(static_cast<char>(crc & 0xFF));
     }
-    return storeRecordFile(file, {reinterpret_cast<const char*>(stored.data()), stored.size()},
-                           kTag, "", ANDROID_LOG_DEBUG);
+    return storeRecordFile(file, stored, kTag, "", ANDROID_LOG_DEBUG);
 }
 
 void AeCalibrationData::dump() {

@@ -2,7 +2,6 @@
 
 #include <cstdint>
 #include <string>
-#include <vector>
 
 #include "base/filereader.h"
 #include "common/safefilewriter.h"
@@ -37,7 +36,7 @@ class AeCalibrationData {
     int gain = 0;
     int exposure = 0;
     bool isValid = false;
-    std::vector<unsigned char> data;
+    std::string data;  // the whole file
     std::string fuseIdHex;
     bool hasCrc = false;
 };

@@ -7,8 +7,9 @@
 #include <cstdlib>
 #include <vector>
 
-#include "base/decimal.h"
+#include "base/parseint.h"
 #include "base/uniquefd.h"
+#include "common/badnumber.h"
 
 namespace {
 
@@ -19,23 +20,23 @@ using Files = CalibrationFilesManager<AeCalibrationData>;
 
 // The fuse ID's hexadecimal text as bytes, two digits each (a lone last digit alone); base-16
 // conversion takes either letter case.
-std::vector<unsigned char> fuseBytes(const std::string& hex) {
-    std::vector<unsigned char> bytes;
+std::string fuseBytes(std::string_view hex) {
+    std::string bytes;
     if (hex.size() < 2) return bytes;
     for (size_t i = 0; i < hex.size(); i += 2) {
-        const std::string digits = hex.substr(i, 2);
-        char* end = nullptr;
-        long value = strtol(digits.c_str(), &end, 16);
-        if (end == digits.c_str()) abortOnBadNumber("fuse ID byte", digits);
-        bytes.push_back(static_cast<unsigned char>(value & 0xFF));
+        const std::string_view digits = hex.substr(i, 2);
+        const std::optional<long long> value =
+            parseInt(digits, INT32_MIN, INT32_MAX, Rest::ignore, 16);
+        if (!value) abortOnBadNumber("fuse ID byte", digits);
+        bytes.push_back(static_cast<char>(*value & 0xFF));
     }
     return bytes;
 }
 
-void appendLittleEndian(std::vector<unsigned char>* bytes, int value) {
+void appendLittleEndian(std::string* bytes, int value) {
     bytes->push_back(2);  // the value's length byte
-    bytes->push_back(static_cast<unsigned char>(value & 0xFF));
-    bytes->push_back(static_cast<unsigned char>((value >> 8) & 0xFF));
+    bytes->push_back(static_cast<char>(value & 0xFF));
+    bytes->push_back(static_cast<char>((value >> 8) & 0xFF));
 }
 
 }  // namespace
@@ -73,12 +74,10 @@ void AeCalibrationFilesManager::makeFile(const std::string& camera, const std::s
         Files::printUnknownCamera(camera);
         return;
     }
-    const std::vector<unsigned char> fuseId =
-        fuseBytes(Files::readFuseId(kAeFile, role->roleId, kTag));
+    const std::string fuseId = fuseBytes(Files::readFuseId(kAeFile, role->roleId, kTag));
 
-    std::vector<unsigned char> content;
-    content.push_back(static_cast<unsigned char>(fuseId.size() & 0xFF));
-    content.insert(content.end(), fuseId.begin(), fuseId.end());
+    std::string content(1, static_cast<char>(fuseId.size() & 0xFF));
+    content += fuseId;
     appendLittleEndian(&content, luma);
     appendLittleEndian(&content, gain);
     appendLittleEndian(&content, exposure);

@@ -1,11 +1,11 @@
 #include "ae/aerecord.h"
 
 #include "base/crc16ccitt.h"
-#include "base/hextext.h"
+#include "base/text.h"
 
-AeRecord AeRecord::decode(const std::vector<unsigned char>& bytes) {
+AeRecord AeRecord::decode(std::string_view bytes) {
     auto byteAt = [&bytes](size_t offset) -> unsigned {
-        return offset < bytes.size() ? bytes[offset] : 0;
+        return offset < bytes.size() ? static_cast<unsigned char>(bytes[offset]) : 0;
     };
     auto shortAt = [&byteAt](size_t offset) { return byteAt(offset) | byteAt(offset + 1) << 8; };
 
@@ -32,6 +32,8 @@ AeRecord AeRecord::decode(const std::vector<unsigned char>& bytes) {
     } else {
         return record;
     }
-    record.computedCrc = CRC16CCITT(bytes.data(), static_cast<int>(covered)).process();
+    record.computedCrc =
+        CRC16CCITT(reinterpret_cast<const unsigned char*>(bytes.data()), static_cast<int>(covered))
+            .process();
     return record;
 }

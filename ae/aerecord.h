@@ -3,7 +3,7 @@
 #include <cstddef>
 #include <cstdint>
 #include <string>
-#include <vector>
+#include <string_view>
 
 // An AE file's bytes taken apart, with nothing printed or logged: the record class reports
 // from this, and so can anything that only looks at a stored file. Bytes missing from a short
@@ -24,5 +24,5 @@ struct AeRecord {
 
     bool crcMatches() const { return form == Form::maintain && storedCrc == computedCrc; }
 
-    static AeRecord decode(const std::vector<unsigned char>& bytes);
+    static AeRecord decode(std::string_view bytes);
 };

@@ -10,8 +10,9 @@
 #include <string_view>
 
 #include "af/aflines.h"
-#include "base/decimal.h"
 #include "base/filereader.h"
+#include "base/text.h"
+#include "common/badnumber.h"
 #include "common/devicepaths.h"
 #include "common/fileattribute.h"
 #include "common/fuseidproperty.h"
@@ -42,19 +43,6 @@ bool appendText(const std::string& file, std::string* text, bool* exists) {
         text->append(read.bytes);
     }
     return true;
-}
-
-// Calls `each` with every line of `text` as getline gives them, a last line without "\n"
-// included.
-template <typename Each>
-void forEachLine(std::string_view text, Each each) {
-    size_t start = 0;
-    while (start < text.size()) {
-        size_t end = text.find('\n', start);
-        if (end == std::string_view::npos) end = text.size();
-        each(text.substr(start, end - start));
-        start = end + 1;
-    }
 }
 
 // The texts of a record as stored, each followed by ",".
@@ -198,7 +186,7 @@ bool AfCalibrationData::parse() {
 }
 
 std::string AfCalibrationData::getFuseId(std::string camera) {
-    const int cameraId = leadingDecimalOrAbort(camera, "camera id");
+    const int cameraId = leadingIntOrAbort(camera, "camera id");
     std::string property;
     const std::string value =
         readFocusProperty(&CameraRole::focusFuseIdProperty, cameraId, &property);
@@ -227,8 +215,8 @@ int AfCalibrationData::getDac(std::string& fuseId, int dist) {
     const int index = find(fuseId, std::to_string(dist));
     if (index < 0) return -1;
     const std::string dac(afTexts(afCalDataList[index])[4]);
-    return leadingDecimalOrAbort(
-        dac, "stored DAC of " + fuseId + " at distance " + std::to_string(dist));
+    return leadingIntOrAbort(dac,
+                             "stored DAC of " + fuseId + " at distance " + std::to_string(dist));
 }
 
 bool AfCalibrationData::flush() {
@@ -282,7 +270,7 @@ bool AfCalibrationData::write(const std::string& camera, int dist, int dac, int 
 }
 
 bool AfCalibrationData::checkDacPass(const std::string& camera, int dist, int dac) {
-    const int cameraId = leadingDecimalOrAbort(camera, "camera id");
+    const int cameraId = leadingIntOrAbort(camera, "camera id");
     std::string property;
     const std::string info = readFocusProperty(&CameraRole::afInfoProperty, cameraId, &property);
     if (info.empty()) {
@@ -299,7 +287,7 @@ bool AfCalibrationData::checkDacPass(const std::string& camera, int dist, int da
 
     int largestDac = 0;
     for (size_t i = 1; i < items.size(); i += 2) {
-        largestDac = std::max(largestDac, leadingDecimalOrAbort(items[i], what));
+        largestDac = std::max(largestDac, leadingIntOrAbort(items[i], what));
     }
     const int tolerance = dacTolerance(largestDac);
 
@@ -312,7 +300,7 @@ bool AfCalibrationData::checkDacPass(const std::string& camera, int dist, int da
         if (items[i] != distText) continue;
         distanceFound = true;
         const long long difference =
-            static_cast<long long>(leadingDecimalOrAbort(items[i + 1], what)) - dac;
+            static_cast<long long>(leadingIntOrAbort(items[i + 1], what)) - dac;
         if (std::llabs(difference) <= tolerance) return true;
     }
     if (distanceFound) {
@@ -404,7 +392,8 @@ bool AfCalibrationData::pdOffsetFlush() {
 
 bool AfCalibrationData::pdOffsetWrite(const std::string& camera, int pdOffsetLength,
                                       std::string pdOffset, int useFlag) {
-    const std::vector<std::string_view> values = splitFields(pdOffset);
+    std::vector<std::string_view> values;
+    splitFields(pdOffset, &values);
     if (static_cast<long long>(values.size()) != pdOffsetLength) {
         // No newline: the stage's failure line completes it.
         fprintf(stdout, "input parse is error, pdoffset length and pdoffset data is mismatch");

@@ -1,7 +1,8 @@
 #include "af/aflines.h"
 
 #include "base/crc16ccitt.h"
-#include "base/decimal.h"
+#include "base/parseint.h"
+#include "base/text.h"
 
 namespace {
 
@@ -25,33 +26,6 @@ void appendCrcAndEnd(std::string* out, uint16_t crc) {
 
 }  // namespace
 
-std::vector<std::string_view> splitFields(std::string_view line) {
-    std::vector<std::string_view> fields;
-    splitFields(line, &fields);
-    return fields;
-}
-
-void splitFields(std::string_view line, std::vector<std::string_view>* fields) {
-    fields->clear();
-    const char* text = line.data();
-    const size_t size = line.size();
-    size_t start = 0;
-    bool separated = false;
-    for (size_t i = 0; i < size; ++i) {
-        if (text[i] != ',') continue;
-        // The separator takes the blanks before the comma (back to the field's start) and all
-        // the blanks after it.
-        size_t end = i;
-        while (end > start && isBlank(text[end - 1])) --end;
-        fields->push_back(line.substr(start, end - start));
-        start = i + 1;
-        while (start < size && isBlank(text[start])) ++start;
-        i = start - 1;
-        separated = true;
-    }
-    if (!separated || start < size) fields->push_back(line.substr(start));
-}
-
 DecodedLine decodeAfLine(std::string_view line) {
     DecodedLine decoded;
     decodeAfLine(line, &decoded, true);
@@ -72,7 +46,7 @@ void decodeAfLine(std::string_view line, DecodedLine* decoded, bool sumTexts) {
         decoded->status = LineStatus::columnCount;
         return;
     }
-    decoded->storedCrc = leadingDecimalLow16(decoded->fields[6]);
+    decoded->storedCrc = static_cast<uint16_t>(atoiOnDevice(decoded->fields[6]));
     if (!sumTexts) return;
     for (size_t i = 0; i < 6; ++i) {
         decoded->computedCrc = CRC16CCITT::update(decoded->computedCrc, decoded->fields[i]);
@@ -89,7 +63,7 @@ void decodePdOffsetLine(std::string_view line, DecodedLine* decoded, bool sumTex
         decoded->status = LineStatus::columnCount;
         return;
     }
-    const std::optional<int> n = leadingDecimal(fields[3]);
+    const std::optional<int> n = leadingInt(fields[3]);
     if (!n) {
         decoded->status = LineStatus::lengthNotANumber;
         return;
@@ -101,7 +75,7 @@ void decodePdOffsetLine(std::string_view line, DecodedLine* decoded, bool sumTex
     }
     decoded->valueCount = *n;
     decoded->hasSfrData = count == *n + 13LL;
-    decoded->storedCrc = leadingDecimalLow16(fields.back());
+    decoded->storedCrc = static_cast<uint16_t>(atoiOnDevice(fields.back()));
     if (!sumTexts) return;
     // As pdOffsetRecordCrc sums them, without copying the fields out.
     uint16_t crc = 0;

@@ -14,15 +14,6 @@
 //   AF:         use flag, camera id, fuse ID, distance, DAC, temperature, CRC
 //   PD-offset:  use flag, camera id, fuse ID, N, N values, [8 SFR texts], CRC
 
-// The fields of a line as a reader sees them: the pieces between separators, a separator being a
-// comma with any white space (" \t\n\v\f\r") on either side. Empty pieces between commas count;
-// an empty piece after the last comma does not; blanks at the very start and end of the line
-// stay. A line without a comma is one field, even when empty. The views point into `line`.
-std::vector<std::string_view> splitFields(std::string_view line);
-
-// The same into `fields`, whose room is reused from line to line.
-void splitFields(std::string_view line, std::vector<std::string_view>* fields);
-
 // What a loader does with a line.
 enum class LineStatus {
     ok,

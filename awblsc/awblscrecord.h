@@ -2,7 +2,7 @@
 
 #include <cstddef>
 #include <string>
-#include <vector>
+#include <string_view>
 
 // An AWB/LSC file's bytes taken apart, with nothing printed or logged: both checksums are
 // computed whatever the other gives, and the record class reports from this.
@@ -22,5 +22,5 @@ struct AwbLscRecord {
     Block awb;
     Block lsc;
 
-    static AwbLscRecord decode(const std::vector<unsigned char>& bytes);
+    static AwbLscRecord decode(std::string_view bytes);
 };

@@ -5,7 +5,8 @@
 #include <cstdio>
 
 #include "awblsc/awblscrecord.h"
-#include "base/hextext.h"
+#include "base/text.h"
+#include "common/inputfile.h"
 #include "common/recordfile.h"
 
 namespace {
@@ -30,13 +31,12 @@ bool blockHolds(const char* name, const AwbLscRecord::Block& block, size_t size,
 }  // namespace
 
 bool EepromCalibrationData::parse(char const* file, Links links) {
-    const FileRead read = readFile(file, links);
+    FileRead read = links == Links::follow ? readInputFile(file) : readFile(file, links);
     if (!read.ok()) {
         __android_log_print(ANDROID_LOG_ERROR, kTag, "failed to open file %s", file);
-        if (links == Links::follow) read.report(file);
         return false;
     }
-    data.assign(read.bytes.begin(), read.bytes.end());
+    data = std::move(read.bytes);
     __android_log_print(ANDROID_LOG_INFO, kTag, "data file size %d", static_cast<int>(data.size()));
 
     const AwbLscRecord record = AwbLscRecord::decode(data);
@@ -53,8 +53,7 @@ bool EepromCalibrationData::parse(char const* file, Links links) {
 
 WriteResult EepromCalibrationData::write(char const* file) {
     if (!isValid) return {WriteResult::Step::open, 0};
-    return storeRecordFile(file, {reinterpret_cast<const char*>(data.data()), data.size()}, kTag,
-                           "", ANDROID_LOG_INFO);
+    return storeRecordFile(file, data, kTag, "", ANDROID_LOG_INFO);
 }
 
 void EepromCalibrationData::dump() {

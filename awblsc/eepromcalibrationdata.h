@@ -2,7 +2,6 @@
 
 #include <cstddef>
 #include <string>
-#include <vector>
 
 #include "base/filereader.h"
 #include "common/safefilewriter.h"
@@ -32,6 +31,6 @@ class EepromCalibrationData {
   private:
     const char* path = nullptr;  // the caller's, from the last successful parse
     bool isValid = false;
-    std::vector<unsigned char> data;
+    std::string data;  // the whole file
     std::string fuseIdHex;
 };

@@ -6,7 +6,6 @@
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
 #include <cstring>
 
 #include "base/uniquefd.h"
@@ -28,41 +27,31 @@ std::string FileRead::reason() const {
     return strerror(error);
 }
 
-void FileRead::report(const std::string& path) const {
-    if (status == Status::absent) return;
-    fprintf(stderr, "Error:cannot read %s: %s\n", path.c_str(), reason().c_str());
-}
-
 FileRead readFile(const std::string& path, Links links) {
     return readFileAt(AT_FDCWD, path, links);
 }
 
-FileRead readFileAt(int directoryFd, const std::string& name, Links links) {
+namespace {
+
+FileRead refused(FileRead::Status status, int error) {
+    FileRead result;
+    result.status = status;
+    result.error = error;
+    return result;
+}
+
+FileRead failed(int error) {
+    return refused(
+        error == ENOENT || error == ENOTDIR ? FileRead::Status::absent : FileRead::Status::ioError,
+        error);
+}
+
+// The whole content of an open regular file, up to the cap and one byte. Its size is a hint: a
+// file that grows meanwhile is read on.
+FileRead readToEnd(int fd, off_t size) {
     constexpr size_t cap = kMaxFileSize;
     FileRead result;
-    // Non-blocking: opening a FIFO must not wait for a writer. No controlling terminal either.
-    const int flags =
-        O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | (links == Links::refuse ? O_NOFOLLOW : 0);
-    UniqueFd fd(openat(directoryFd, name.c_str(), flags));
-    struct stat info;
-    if (!fd.valid() || fstat(fd.get(), &info) != 0) {
-        result.error = errno;
-        if (result.error == ELOOP && links == Links::refuse) {
-            result.status = FileRead::Status::link;
-        } else if (result.error == ENOENT || result.error == ENOTDIR) {
-            result.status = FileRead::Status::absent;
-        } else {
-            result.status = FileRead::Status::ioError;
-        }
-        return result;
-    }
-    if (!S_ISREG(info.st_mode)) {
-        result.status = FileRead::Status::notRegular;
-        if (S_ISDIR(info.st_mode)) result.error = EISDIR;
-        return result;
-    }
-    // The size is a hint: a file that grows meanwhile is read on, up to the cap and one byte.
-    const size_t hint = info.st_size > 0 ? static_cast<size_t>(info.st_size) : 0;
+    const size_t hint = size > 0 ? static_cast<size_t>(size) : 0;
     std::string& bytes = result.bytes;
     bytes.resize(std::min(hint, cap) + 1);
     size_t used = 0;
@@ -71,7 +60,7 @@ FileRead readFileAt(int directoryFd, const std::string& name, Links links) {
             if (used > cap) break;
             bytes.resize(std::min(std::max(used * 2, size_t{4096}), cap + 1));
         }
-        const ssize_t count = read(fd.get(), &bytes[used], bytes.size() - used);
+        const ssize_t count = read(fd, &bytes[used], bytes.size() - used);
         if (count > 0) {
             used += static_cast<size_t>(count);
         } else if (count == 0) {
@@ -91,4 +80,31 @@ FileRead readFileAt(int directoryFd, const std::string& name, Links links) {
     bytes.resize(used);
     result.status = FileRead::Status::ok;
     return result;
+}
+
+// The refusal of what is not a regular file.
+FileRead refusedAsNotRegular(mode_t mode) {
+    if (S_ISLNK(mode)) return refused(FileRead::Status::link, ELOOP);
+    return refused(FileRead::Status::notRegular, S_ISDIR(mode) ? EISDIR : 0);
+}
+
+}  // namespace
+
+FileRead readFileAt(int directoryFd, const std::string& name, Links links) {
+    const int noFollow = links == Links::refuse ? AT_SYMLINK_NOFOLLOW : 0;
+    struct stat info;
+    if (fstatat(directoryFd, name.c_str(), &info, noFollow) != 0) return failed(errno);
+    if (!S_ISREG(info.st_mode)) return refusedAsNotRegular(info.st_mode);
+    // What stood there may change before the open: non-blocking all the same, so that a FIFO put
+    // in its place cannot wait for a writer, and checked again.
+    const int flags =
+        O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC | (links == Links::refuse ? O_NOFOLLOW : 0);
+    UniqueFd fd(openat(directoryFd, name.c_str(), flags));
+    if (!fd.valid()) {
+        return errno == ELOOP && links == Links::refuse ? refused(FileRead::Status::link, ELOOP)
+                                                        : failed(errno);
+    }
+    if (fstat(fd.get(), &info) != 0) return failed(errno);
+    if (!S_ISREG(info.st_mode)) return refusedAsNotRegular(info.st_mode);
+    return readToEnd(fd.get(), info.st_size);
 }

@@ -3,8 +3,9 @@
 #include <cstddef>
 #include <string>
 
-// The one way this tool reads a file. It never blocks (a FIFO or a device is refused before a
-// byte is read), takes only a regular file, stops at a size cap, and says what went wrong.
+// The one way this tool reads a file. It looks at what stands at the name before opening it, so
+// that a FIFO, a socket or a device is never opened (nor can block the run), takes only a regular
+// file, stops at a size cap, and says what went wrong.
 
 // Far above any calibration file: a 10,000-record PD-offset file is about 1.4 MiB.
 constexpr size_t kMaxFileSize = 16 << 20;
@@ -24,10 +25,6 @@ struct FileRead {
 
     // Why the file could not be read, as a message's tail: "not a regular file", ...
     std::string reason() const;
-
-    // One line on standard error naming the file and the reason it was refused; nothing for an
-    // absent file, which each input reports in its own defined words.
-    void report(const std::string& path) const;
 };
 
 // Reads the file at `path` (relative to `directoryFd` when given, e.g. an open persist

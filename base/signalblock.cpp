@@ -6,6 +6,7 @@ SignalBlock::SignalBlock() {
     sigaddset(&blocked, SIGHUP);
     sigaddset(&blocked, SIGINT);
     sigaddset(&blocked, SIGTERM);
+    // sigprocmask fails only for an unknown `how`: there is no result to look at.
     sigprocmask(SIG_BLOCK, &blocked, &previous);
 }
 

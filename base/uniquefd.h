@@ -1,8 +1,21 @@
 #pragma once
 
+#include <dirent.h>
+#include <fcntl.h>
 #include <unistd.h>
 
-// Owns a file descriptor and closes it when it goes out of scope.
+#include <cerrno>
+#include <memory>
+
+struct DirectoryCloser {
+    void operator()(DIR* listing) const { closedir(listing); }
+};
+
+// A listing of a directory's entries (readdir), closed when it goes out of scope.
+using DirectoryStream = std::unique_ptr<DIR, DirectoryCloser>;
+
+// Owns a file descriptor and closes it when it goes out of scope. Closing never changes errno,
+// so an error can be read after the descriptor that caused it is gone.
 class UniqueFd {
   public:
     UniqueFd() = default;
@@ -20,16 +33,31 @@ class UniqueFd {
     bool valid() const { return fd >= 0; }
 
     int release() {
-        int released = fd;
+        const int released = fd;
         fd = -1;
         return released;
     }
 
-    // Closes the descriptor held, if any, and takes `replacement`; returns close()'s result.
+    // Closes the descriptor held, if any, and takes `replacement`. Returns close()'s error (0 when
+    // it succeeded or nothing was held); errno stays as it was.
     int reset(int replacement = -1) {
-        int result = fd >= 0 ? ::close(fd) : 0;
+        const int saved = errno;
+        const int error = fd >= 0 && ::close(fd) != 0 ? errno : 0;
         fd = replacement;
-        return result;
+        errno = saved;
+        return error;
+    }
+
+    // The entries of the directory this descriptor holds, from the first, through a descriptor of
+    // the listing's own, so that this one stays open and keeps its place. Null, with errno set,
+    // when no listing can be made.
+    DirectoryStream listDirectory() const {
+        UniqueFd copy(fcntl(fd, F_DUPFD_CLOEXEC, 0));
+        DIR* listing = copy.valid() ? fdopendir(copy.get()) : nullptr;
+        if (listing == nullptr) return nullptr;
+        copy.release();
+        rewinddir(listing);
+        return DirectoryStream(listing);
     }
 
   private:

@@ -2,7 +2,8 @@
 
 #include <cutils/properties.h>
 
-#include "base/decimal.h"
+#include "base/parseint.h"
+#include "common/badnumber.h"
 
 namespace {
 
@@ -23,7 +24,8 @@ FuseIdProperty splitFuseIdProperty(std::string name, std::string value) {
     property.name = std::move(name);
     property.value = std::move(value);
     if (property.value.size() < kIdStart) return property;
-    std::optional<int> length = leadingDecimal(property.value.substr(kSkipped, kLengthField));
+    const std::optional<int> length =
+        leadingInt(std::string_view(property.value).substr(kSkipped, kLengthField));
     if (!length) return property;
     property.wellFormed = true;
     property.length = *length;

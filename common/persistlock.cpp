@@ -23,7 +23,7 @@ PersistLock::Outcome PersistLock::acquire() {
     for (;;) {
         if (flock(fd.get(), LOCK_EX | LOCK_NB) == 0) {
             // No writer can be at work now: any temporary file left is a killed run's.
-            SafeFileWriter::removeStaleTemporaries(fd.get());
+            SafeFileWriter::removeStaleTemporaries(fd);
             return Outcome::held;
         }
         if (errno != EWOULDBLOCK && errno != EINTR) {

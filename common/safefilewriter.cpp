@@ -71,7 +71,7 @@ WriteResult SafeFileWriter::replace(const std::string& target, std::string_view 
     if (fchown(fd.get(), kSystemId, kSystemId) < 0) result.ownerError = errno;
     if (!writeAll(fd.get(), bytes)) return failure(WriteResult::Step::write, errno);
     if (fsync(fd.get()) != 0) return failure(WriteResult::Step::sync, errno);
-    if (fd.reset() != 0) return failure(WriteResult::Step::write, errno);
+    if (const int error = fd.reset()) return failure(WriteResult::Step::write, error);
     if (rename(temporaryName.c_str(), target.c_str()) != 0) {
         return failure(WriteResult::Step::rename, errno);
     }
@@ -97,19 +97,15 @@ bool SafeFileWriter::isTemporaryName(std::string_view name) {
     });
 }
 
-void SafeFileWriter::removeStaleTemporaries(int directoryFd) {
-    UniqueFd copy(fcntl(directoryFd, F_DUPFD_CLOEXEC, 0));  // the listing closes its own
-    DIR* listing = copy.valid() ? fdopendir(copy.get()) : nullptr;
+void SafeFileWriter::removeStaleTemporaries(const UniqueFd& directory) {
+    const DirectoryStream listing = directory.listDirectory();
     if (listing == nullptr) return;
-    copy.release();
-    std::unique_ptr<DIR, int (*)(DIR*)> closer(listing, closedir);
-    rewinddir(listing);
-    while (dirent* entry = readdir(listing)) {
+    while (dirent* entry = readdir(listing.get())) {
         if (!isTemporaryName(entry->d_name)) continue;
         struct stat info;
-        if (fstatat(directoryFd, entry->d_name, &info, AT_SYMLINK_NOFOLLOW) == 0 &&
+        if (fstatat(directory.get(), entry->d_name, &info, AT_SYMLINK_NOFOLLOW) == 0 &&
             S_ISREG(info.st_mode)) {
-            unlinkat(directoryFd, entry->d_name, 0);
+            unlinkat(directory.get(), entry->d_name, 0);
         }
     }
 }

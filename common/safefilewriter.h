@@ -3,6 +3,8 @@
 #include <string>
 #include <string_view>
 
+#include "base/uniquefd.h"
+
 // What a replacement did: the first step that failed, with its errno, and whether the owner
 // could be set (without root it cannot; the file is stored all the same and the caller says so).
 struct WriteResult {
@@ -31,8 +33,8 @@ class SafeFileWriter {
     // fills them: the name of a temporary this writer makes.
     static bool isTemporaryName(std::string_view name);
 
-    // Removes what writers killed before their rename left in `directoryFd`: regular files with
+    // Removes what writers killed before their rename left in `directory`: regular files with
     // a temporary's name, nothing else. Only for a caller holding the persist lock, under which
     // every writer runs, so that no live writer's file goes.
-    static void removeStaleTemporaries(int directoryFd);
+    static void removeStaleTemporaries(const UniqueFd& directory);
 };

@@ -6,10 +6,10 @@
 #include <cstdio>
 #include <set>
 
-#include "base/filereader.h"
 #include "common/cameras.h"
 #include "common/devicepaths.h"
 #include "common/fileattribute.h"
+#include "common/inputfile.h"
 #include "common/recordfile.h"
 #include "eeprom/eeprombinrecord.h"
 
@@ -23,13 +23,12 @@ const char kTag[] = "EepromBinData";
 
 bool EepromBinData::read(std::string const& path) {
     inputPath = path;
-    const FileRead read = readFile(path, Links::follow);
+    FileRead read = readInputFile(path);
     if (!read.ok()) {
         __android_log_print(ANDROID_LOG_ERROR, kTag, "failed to open file %s", path.c_str());
-        read.report(path);
         return false;
     }
-    data.assign(read.bytes.begin(), read.bytes.end());
+    data = std::move(read.bytes);
     return true;
 }
 
@@ -68,8 +67,7 @@ bool EepromBinData::checkFuseIdPass() {
 }
 
 bool EepromBinData::check() {
-    const EepromBinRecord record =
-        EepromBinRecord::decode(std::vector<unsigned char>(data.begin(), data.end()));
+    const EepromBinRecord record = EepromBinRecord::decode(data);
     if (!record.hasChecksum) {
         __android_log_print(
             ANDROID_LOG_ERROR, kTag, "data size %d is too short for the checksum at offset %d",
@@ -86,7 +84,7 @@ bool EepromBinData::check() {
 }
 
 WriteResult EepromBinData::write(std::string const& path) {
-    return storeRecordFile(path, {data.data(), data.size()}, kTag, "", ANDROID_LOG_DEBUG);
+    return storeRecordFile(path, data, kTag, "", ANDROID_LOG_DEBUG);
 }
 
 bool EepromBinData::process() {

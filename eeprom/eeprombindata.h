@@ -39,7 +39,7 @@ class EepromBinData {
   private:
     std::string inputPath;
     std::string outputPath;
-    std::vector<char> data;
+    std::string data;  // the whole blob
 };
 
 // The property holding the dual-camera calibration blob's checksum, as two hexadecimal digits.

@@ -2,7 +2,7 @@
 
 #include <strings.h>
 
-#include <cstdio>
+#include "base/text.h"
 
 namespace {
 
@@ -15,11 +15,11 @@ std::string withCase(std::string text, char from, char to) {
 
 }  // namespace
 
-EepromBinRecord EepromBinRecord::decode(const std::vector<unsigned char>& bytes) {
+EepromBinRecord EepromBinRecord::decode(std::string_view bytes) {
     EepromBinRecord record;
     if (bytes.size() > checksumOffset) {
         record.hasChecksum = true;
-        record.checksum = bytes[checksumOffset];
+        record.checksum = static_cast<unsigned char>(bytes[checksumOffset]);
     }
     return record;
 }
@@ -39,9 +39,7 @@ bool EepromBinRecord::belongsTo(const std::string& pathFuseId, const std::string
 
 bool EepromBinRecord::checksumAgrees(const std::string& publishedChecksum) const {
     if (!hasChecksum) return false;
-    char text[3];
-    snprintf(text, sizeof text, "%02X", checksum);
-    return strcasecmp(text, publishedChecksum.c_str()) == 0;
+    return strcasecmp(hexByte(checksum).c_str(), publishedChecksum.c_str()) == 0;
 }
 
 std::string EepromBinRecord::upperCase(std::string text) {

@@ -2,7 +2,7 @@
 
 #include <cstddef>
 #include <string>
-#include <vector>
+#include <string_view>
 
 // What the EEPROM blob export judges about a blob, as plain functions of its name, its bytes
 // and property values: nothing is read, printed or logged here.
@@ -12,7 +12,7 @@ struct EepromBinRecord {
     bool hasChecksum = false;  // the blob reaches the checksum byte
     unsigned checksum = 0;
 
-    static EepromBinRecord decode(const std::vector<unsigned char>& bytes);
+    static EepromBinRecord decode(std::string_view bytes);
 
     // The fuse ID a path names: after the last '/' up to the path's first ".bin", lower-cased.
     static std::string fuseIdOfPath(const std::string& path);

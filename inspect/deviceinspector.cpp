@@ -5,6 +5,7 @@
 
 #include "af/aflines.h"
 #include "base/paths.h"
+#include "base/text.h"
 #include "common/devicepaths.h"
 #include "common/safefilewriter.h"
 #include "eeprom/eeprombindata.h"
@@ -16,37 +17,21 @@ constexpr unsigned kOwner = 1000;  // system, the camera service's reader
 constexpr char kAfFile[] = "com.nurvak.afc.bin";
 constexpr char kPdOffsetFile[] = "com.nurvak.pdoffset.bin";
 
-std::string hex4(unsigned value) {
-    char text[8];
-    snprintf(text, sizeof text, "0x%04X", value & 0xFFFF);
-    return text;
-}
-
 std::string octal(unsigned mode) {
     char text[8];
     snprintf(text, sizeof text, "%04o", mode & 07777);
     return text;
 }
 
-std::string quoted(std::string_view text) {
-    return "\"" + std::string(text) + "\"";
-}
-
 std::string counted(size_t count, const std::string& noun) {
     return std::to_string(count) + " " + noun + (count == 1 ? "" : "s");
 }
 
-// Calls `visit(number, line)` for each line as the loaders see them: split at "\n", a last line
-// without one included, numbered from 1.
+// Calls `visit(number, line)` for each line as the loaders see them, numbered from 1.
 template <typename Visit>
-void forEachLine(const std::string& text, Visit visit) {
+void forEachNumberedLine(std::string_view text, Visit visit) {
     size_t number = 0;
-    for (size_t start = 0; start < text.size();) {
-        size_t end = text.find('\n', start);
-        if (end == std::string::npos) end = text.size();
-        visit(++number, std::string_view(text).substr(start, end - start));
-        start = end + 1;
-    }
+    forEachLine(text, [&](std::string_view line) { visit(++number, line); });
 }
 
 // The short name of a camera id as the AF and PD-offset lines carry it; empty for none.
@@ -57,10 +42,6 @@ std::string cameraNamed(std::string_view roleId) {
 
 bool endsWith(std::string_view text, std::string_view tail) {
     return text.size() >= tail.size() && text.substr(text.size() - tail.size()) == tail;
-}
-
-std::vector<unsigned char> unsignedBytes(const std::string& bytes, size_t count) {
-    return std::vector<unsigned char>(bytes.begin(), bytes.begin() + std::min(count, bytes.size()));
 }
 
 // Consecutive records of one module that no fitted sensor has: one note for them all, so that a
@@ -215,7 +196,7 @@ void DeviceInspector::inspectAe(InspectReport::Camera* camera, const CameraRole&
     std::string bytes;
     ae.presence = readFile(ae.name, camera->name, &bytes);
     if (ae.presence != InspectReport::Presence::read) return;
-    ae.record = AeRecord::decode(unsignedBytes(bytes, bytes.size()));
+    ae.record = AeRecord::decode(bytes);
     const AeRecord& record = ae.record;
     ae.fuseIdMatches = camera->sensor.wellFormed && record.fuseIdHex == camera->sensor.fuseId;
     std::string* message = nullptr;
@@ -246,7 +227,7 @@ void DeviceInspector::inspectAwbLsc(InspectReport::Camera* camera, const CameraR
     std::string bytes;
     file.presence = readFile(file.name, camera->name, &bytes);
     if (file.presence != InspectReport::Presence::read) return;
-    file.record = AwbLscRecord::decode(unsignedBytes(bytes, bytes.size()));
+    file.record = AwbLscRecord::decode(bytes);
     file.fuseIdMatches = camera->sensor.wellFormed && file.record.fuseIdHex == camera->sensor.fuseId;
     const std::pair<const char*, const AwbLscRecord::Block*> blocks[] = {{"AWB", &file.record.awb},
                                                                          {"LSC", &file.record.lsc}};
@@ -305,7 +286,7 @@ void DeviceInspector::inspectAfFile() {
         }
         run = UnfittedRun();
     };
-    forEachLine(bytes, [&](size_t number, std::string_view text) {
+    forEachNumberedLine(bytes, [&](size_t number, std::string_view text) {
         ++file.lines;
         auto where = [&file, number] {
             return "Line " + std::to_string(number) + " of " + file.name;
@@ -364,7 +345,7 @@ void DeviceInspector::inspectPdOffsetFile() {
         }
         run = UnfittedRun();
     };
-    forEachLine(bytes, [&](size_t number, std::string_view text) {
+    forEachNumberedLine(bytes, [&](size_t number, std::string_view text) {
         ++file.lines;
         auto where = [&file, number] {
             return "Line " + std::to_string(number) + " of " + file.name;
@@ -439,8 +420,7 @@ void DeviceInspector::inspectEepromCopy(const std::string& name) {
                 }
             }
         }
-        copy.record =
-            EepromBinRecord::decode(unsignedBytes(bytes, EepromBinRecord::checksumOffset + 1));
+        copy.record = EepromBinRecord::decode(bytes);
         copy.publishedChecksum = readProperty(eepromBinChecksumProperty);
         copy.checksumAgrees = copy.record.checksumAgrees(copy.publishedChecksum);
         std::string* message = nullptr;
@@ -463,9 +443,7 @@ void DeviceInspector::inspectEepromCopy(const std::string& name) {
             }
         } else if (!copy.checksumAgrees) {
             if ((message = problem("checksum", name, "", Scope::entries))) {
-                char byte[3];
-                snprintf(byte, sizeof byte, "%02X", copy.record.checksum);
-                *message = name + " has checksum byte " + byte + ", but " +
+                *message = name + " has checksum byte " + hexByte(copy.record.checksum) + ", but " +
                            eepromBinChecksumProperty + " is " + quoted(copy.publishedChecksum) + ".";
             }
         }
@@ -503,7 +481,7 @@ void DeviceInspector::inspectCalibrationLog() {
     std::string bytes;
     log.presence = readFile(log.name, "", &bytes);
     if (log.presence != InspectReport::Presence::read) return;
-    forEachLine(bytes, [this, &log](size_t number, std::string_view line) {
+    forEachNumberedLine(bytes, [this, &log](size_t number, std::string_view line) {
         ++log.lines;
         std::string_view name;
         bool ae = false;

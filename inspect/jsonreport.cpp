@@ -4,6 +4,7 @@
 
 #include <cstdio>
 
+#include "base/text.h"
 #include "inspect/utf8text.h"
 
 namespace {
@@ -20,12 +21,6 @@ Json::Value textOrNull(const std::string& value) {
 
 Json::Value count(size_t value) {
     return static_cast<Json::UInt64>(value);
-}
-
-std::string hex4(unsigned value) {
-    char digits[8];
-    snprintf(digits, sizeof digits, "0x%04X", value & 0xFFFF);
-    return digits;
 }
 
 const char* presenceName(InspectReport::Presence presence) {
@@ -183,9 +178,8 @@ Json::Value eepromCopyJson(const InspectReport::EepromCopy& copy) {
     Json::Value owners(Json::arrayValue);
     for (const std::string& camera : copy.cameras) owners.append(camera);
     json["cameras"] = owners;
-    char byte[3];
-    snprintf(byte, sizeof byte, "%02X", copy.record.checksum);
-    json["checksum"] = copy.record.hasChecksum ? Json::Value(byte) : Json::Value();
+    json["checksum"] =
+        copy.record.hasChecksum ? Json::Value(hexByte(copy.record.checksum)) : Json::Value();
     json["publishedChecksum"] = textOrNull(copy.publishedChecksum);
     json["checksumAgrees"] = copy.checksumAgrees;
     return json;

@@ -27,13 +27,10 @@ PersistDirectory::PersistDirectory(std::string path) : directory(std::move(path)
 int PersistDirectory::open() {
     fd.reset(::open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_NOFOLLOW | O_CLOEXEC));
     if (!fd.valid()) return errno;
-    // fdopendir takes the descriptor it is given: hand it a duplicate, keep ours for openat.
-    UniqueFd listing(fcntl(fd.get(), F_DUPFD_CLOEXEC, 0));
-    DIR* dir = listing.valid() ? fdopendir(listing.get()) : nullptr;
-    if (dir == nullptr) return errno;
-    listing.release();
+    const DirectoryStream listing = fd.listDirectory();
+    if (listing == nullptr) return errno;
     errno = 0;
-    while (dirent* entry = readdir(dir)) {
+    while (dirent* entry = readdir(listing.get())) {
         const std::string name = entry->d_name;
         if (name == "." || name == "..") continue;
         struct stat info;
@@ -48,10 +45,7 @@ int PersistDirectory::open() {
         }
         errno = 0;
     }
-    // Kept before closedir and the sort can change it.
-    const int error = errno;
-    closedir(dir);
-    if (error != 0) return error;
+    if (errno != 0) return errno;
     std::sort(list.begin(), list.end(),
               [](const Entry& a, const Entry& b) { return a.name < b.name; });
     return 0;

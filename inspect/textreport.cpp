@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdio>
 
+#include "base/text.h"
 #include "inspect/utf8text.h"
 
 namespace {
@@ -40,12 +41,6 @@ void table(std::string* out, int indent, const std::string& label,
             row(out, indent, r == 0 ? label : "", line);
         }
     }
-}
-
-std::string hex4(unsigned value) {
-    char text[8];
-    snprintf(text, sizeof text, "0x%04X", value & 0xFFFF);
-    return text;
 }
 
 std::string verdict(bool ok) {
@@ -237,8 +232,7 @@ void sharedFiles(std::string* out, const InspectReport& report) {
         for (const std::string& camera : copy.cameras) {
             owners += (owners.empty() ? "" : ",") + camera;
         }
-        char byte[3];
-        snprintf(byte, sizeof byte, "%02X", copy.record.checksum);
+        const std::string byte = hexByte(copy.record.checksum);
         row(out, 2, copy.name,
             "fuse ID " + copy.fuseId + ", camera " + (owners.empty() ? "NONE" : owners) +
                 ", checksum " + (copy.record.hasChecksum ? byte : "MISSING") + " vs " +

@@ -33,11 +33,6 @@ int socket_local_client(const char* name, int namespaceId, int type) {
     }
     UniqueFd fd(socket(AF_LOCAL, type | SOCK_CLOEXEC, 0));
     if (!fd.valid()) return -1;
-    if (connect(fd.get(), reinterpret_cast<sockaddr*>(&address), length) < 0) {
-        int error = errno;
-        fd.reset();
-        errno = error;
-        return -1;
-    }
+    if (connect(fd.get(), reinterpret_cast<sockaddr*>(&address), length) < 0) return -1;
     return fd.release();
 }

@@ -32,7 +32,7 @@ TEST(AeRecord, TakesBothFormsApartAtFixedOffsetsAndRefusesEveryOtherSize) {
         {bytes({0x05}), Form::badSize, "", 0, 0, 0, 0, 0},
     };
     for (const auto& c : cases) {
-        const AeRecord r = AeRecord::decode({c.bytes.begin(), c.bytes.end()});
+        const AeRecord r = AeRecord::decode(c.bytes);
         EXPECT_EQ(std::make_tuple(r.form, r.fuseIdHex, r.luma, r.gain, r.exposure, r.computedCrc,
                                   r.storedCrc),
                   std::make_tuple(c.form, std::string(c.fuseId), c.luma, c.gain, c.exposure,

@@ -3,8 +3,9 @@
 #include <unistd.h>
 
 #include "base/crc16ccitt.h"
-#include "base/decimal.h"
 #include "base/filereader.h"
+#include "base/parseint.h"
+#include "base/text.h"
 #include "tests/support/testfiles.h"
 
 namespace {
@@ -27,11 +28,47 @@ TEST(CRC16CCITT, GivesTheKermitValuesAndReadsNothingOutsideItsBuffer) {
     EXPECT_EQ(CRC16CCITT(reinterpret_cast<const unsigned char*>("1"), -1).process(), 0);
 }
 
-TEST(LeadingDecimal, ReadsLikeTheStandardConversion) {
-    const std::pair<std::string, std::optional<int>> cases[] = {
-        {"0004", 4},  {" \t-001", -1}, {"+12ab", 12},      {"2147483647", 2147483647}, {"", {}},
-        {"xx12", {}}, {"- 1", {}},     {"2147483648", {}}, {"-2147483649", {}}};
-    for (const auto& [text, value] : cases) EXPECT_EQ(leadingDecimal(text), value) << text;
+// Each text read as std::stoi (empty where it throws), as atoi on the device (strtol's 64 bits,
+// saturated, then the low 32), and whole, as ParseInt takes it.
+TEST(ParseInt, ReadsAsTheStandardConversionsDoWithoutUndefinedBehaviour) {
+    const std::tuple<std::string, std::optional<int>, int, std::optional<long long>> cases[] = {
+        {"0004", 4, 4, 4},
+        {" \t-001", -1, -1, -1},
+        {"+12ab", 12, 12, {}},
+        {"2147483647", 2147483647, 2147483647, 2147483647},
+        {"2147483648", {}, INT32_MIN, 2147483648LL},
+        {"-2147483649", {}, 2147483647, -2147483649LL},
+        {"4294967296", {}, 0, 4294967296LL},
+        {"9223372036854775807", {}, -1, INT64_MAX},
+        {"99999999999999999999", {}, -1, {}},
+        {"-9223372036854775808", {}, 0, INT64_MIN},
+        {"-99999999999999999999", {}, 0, {}},
+        {"", {}, 0, {}},
+        {"xx12", {}, 0, {}},
+        {"- 1", {}, 0, {}}};
+    for (const auto& [text, stoi, atoi, whole] : cases) {
+        EXPECT_EQ(leadingInt(text), stoi) << text;
+        EXPECT_EQ(atoiOnDevice(text), atoi) << text;
+        EXPECT_EQ(parseInt(text, INT64_MIN, INT64_MAX), whole) << text;
+    }
+    EXPECT_EQ(parseInt("300", 0, 299), std::nullopt);
+    EXPECT_EQ(parseInt("-1", 0, 299), std::nullopt);
+    const std::pair<std::string, std::optional<long long>> hex[] = {
+        {"ab", 0xAB}, {" -F", -15}, {"0x1f", 0x1F}, {"0x", 0}, {"0xg", 0}, {"g", {}}};
+    for (const auto& [text, value] : hex) {
+        EXPECT_EQ(parseInt(text, INT64_MIN, INT64_MAX, Rest::ignore, 16), value) << text;
+    }
+}
+
+TEST(Text, CutsQuotesAndWritesHex) {
+    EXPECT_EQ(splitAt("ae,,af,", ','), (std::vector<std::string_view>{"ae", "", "af", ""}));
+    EXPECT_EQ(splitAt("", ','), (std::vector<std::string_view>{""}));
+    std::vector<std::string_view> lines;
+    forEachLine("a\n\nb\r\nc", [&lines](std::string_view line) { lines.push_back(line); });
+    EXPECT_EQ(lines, (std::vector<std::string_view>{"a", "", "b\r", "c"}));
+    EXPECT_EQ(quoted("A,\"\\\n\r\t\x01\x7F\xC3\xA9"), "\"A,\\\"\\\\\\n\\r\\t\\x01\\x7F\xC3\xA9\"");
+    EXPECT_EQ(hexText(std::string("\x0A\xBC\xFF", 3), 1, 9), "BCFF");
+    EXPECT_EQ(hexByte(0x0A) + " " + hex4(0xBEEF), "0A 0xBEEF");
 }
 
 TEST(FileReader, TakesOnlyRegularFilesUpToTheCapAndSaysWhy) {

@@ -9,7 +9,7 @@
 #include <map>
 #include <regex>
 
-#include "base/hextext.h"
+#include "base/text.h"
 #include "tests/support/awblscfile.h"
 #include "tests/support/devicefolder.h"
 #include "tests/support/socketlistener.h"
@@ -251,7 +251,7 @@ std::vector<Case> cases() {
             "%R/z.bin:\nmaintain format:\n"
             "|1 byte |len byte|1 byte  |12 byte   |1 byte| |19 byte |1775 byte |1 byte      |\n"
             "|fuselen|fuseId  |reserved|awb info |awb checksum |reserved|lsc info  |lsc checksum|\n"
-            "contents:\n" + hexText({plain.begin(), plain.end()}) + "\n", 0, {}},
+            "contents:\n" + hexText(plain) + "\n", 0, {}},
 
         {"AfStore", kAbc123, {{kAf, kLinkTo + "%R/v"}, {"%R/v", "v"}}, kAfStore,
             kAfWrote, 0, {{kAf, kAfPoint}, {"%R/v", "v"}}, {"afcal"}},

@@ -11,7 +11,8 @@
 #include "af/afcalibrationdata.h"
 #include "af/aflines.h"
 #include "awblsc/awblscrecord.h"
-#include "base/decimal.h"
+#include "base/parseint.h"
+#include "base/text.h"
 #include "common/fuseidproperty.h"
 #include "eeprom/eeprombinrecord.h"
 
@@ -20,15 +21,16 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
 
     // The record decoders take the bytes as they are: no file, nothing left behind.
     {
-        const std::vector<unsigned char> bytes(data, data + size);
-        AeRecord::decode(bytes);
-        AwbLscRecord::decode(bytes);
-        EepromBinRecord::decode(bytes).checksumAgrees(text);
+        AeRecord::decode(text);
+        AwbLscRecord::decode(text);
+        EepromBinRecord::decode(text).checksumAgrees(text);
         EepromBinRecord::belongsTo(EepromBinRecord::fuseIdOfPath(text), text);
         splitFuseIdProperty("vendor.camera.sensor.w.fuseID", text);
     }
 
-    leadingDecimal(text);
+    leadingInt(text);
+    atoiOnDevice(text);
+    parseInt(text, INT64_MIN, INT64_MAX, Rest::refuse, 16);
 
     AfCalibrationData af;
     std::vector<std::string> items;
@@ -41,7 +43,8 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     // the regex recurses per character).
     static const std::regex separator("\\s*,\\s*");
     const std::string prefix = text.substr(0, 256);
-    const std::vector<std::string_view> fields = splitFields(prefix);
+    std::vector<std::string_view> fields;
+    splitFields(prefix, &fields);
     if (std::vector<std::string>(fields.begin(), fields.end()) !=
         std::vector<std::string>(
             std::sregex_token_iterator(prefix.begin(), prefix.end(), separator, -1),
