@@ -13,6 +13,7 @@
 #include "base/filereader.h"
 #include "base/text.h"
 #include "common/badnumber.h"
+#include "common/cameras.h"
 #include "common/devicepaths.h"
 #include "common/fileattribute.h"
 #include "common/fuseidproperty.h"
@@ -453,11 +454,11 @@ bool AfCalibrationData::pdOffsetSfrDataWrite(const std::string& camera, const st
 }
 
 std::string AfCalibrationData::afCalFilePath() {
-    return persistFile("com.nurvak.afc.bin");
+    return persistFile(kAfFileName);
 }
 
 std::string AfCalibrationData::pdOffsetCalFilePath() {
-    return persistFile("com.nurvak.pdoffset.bin");
+    return persistFile(kPdOffsetFileName);
 }
 
 int AfCalibrationData::getPdoffset(int camera, std::vector<float>& pdOffset,

@@ -58,6 +58,12 @@ inline constexpr CameraRole kCameraRoles[] = {
 };
 // clang-format on
 
+// The files in the persist directory that all cameras share: the AF points, the PD offsets, and
+// the log of AE and AWB/LSC results ("nurak", not "nurvak": the camera service reads it so).
+inline constexpr std::string_view kAfFileName = "com.nurvak.afc.bin";
+inline constexpr std::string_view kPdOffsetFileName = "com.nurvak.pdoffset.bin";
+inline constexpr std::string_view kCalibrationLogName = "com.nurak.camera.checksum.bin";
+
 // A column of the table: &CameraRole::aeFile, say.
 using CameraColumn = std::string_view CameraRole::*;
 

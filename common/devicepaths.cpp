@@ -1,5 +1,6 @@
 #include "common/devicepaths.h"
 
+#include "common/cameras.h"
 #include "platform/deviceroot.h"
 
 const std::string& persistDirectory() {
@@ -13,8 +14,7 @@ std::string persistFile(std::string_view name) {
 }
 
 const std::string& calibrationLogPath() {
-    // "nurak", not "nurvak": the camera service reads the log under this name.
-    static const std::string path = persistFile("com.nurak.camera.checksum.bin");
+    static const std::string path = persistFile(kCalibrationLogName);
     return path;
 }
 

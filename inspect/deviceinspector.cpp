@@ -14,8 +14,6 @@ namespace {
 
 constexpr unsigned kMode = 0644;
 constexpr unsigned kOwner = 1000;  // system, the camera service's reader
-constexpr char kAfFile[] = "com.nurvak.afc.bin";
-constexpr char kPdOffsetFile[] = "com.nurvak.pdoffset.bin";
 
 std::string octal(unsigned mode) {
     char text[8];
@@ -273,7 +271,7 @@ InspectReport::Camera* DeviceInspector::cameraOfFocusFuseId(std::string_view fus
 
 void DeviceInspector::inspectAfFile() {
     InspectReport::TextFile& file = report.afFile;
-    file.name = kAfFile;
+    file.name = std::string(kAfFileName);
     std::string bytes;
     file.presence = readFile(file.name, "", &bytes);
     if (file.presence != InspectReport::Presence::read) return;
@@ -332,7 +330,7 @@ void DeviceInspector::inspectAfFile() {
 
 void DeviceInspector::inspectPdOffsetFile() {
     InspectReport::TextFile& file = report.pdOffsetFile;
-    file.name = kPdOffsetFile;
+    file.name = std::string(kPdOffsetFileName);
     std::string bytes;
     file.presence = readFile(file.name, "", &bytes);
     if (file.presence != InspectReport::Presence::read) return;
@@ -517,7 +515,7 @@ void DeviceInspector::inspectCalibrationLog() {
 
 void DeviceInspector::inspectEntries() {
     std::map<std::string_view, const char*> roles = {
-        {kAfFile, "af"}, {kPdOffsetFile, "pdoffset"}, {report.calibrationLog.name, "log"}};
+        {kAfFileName, "af"}, {kPdOffsetFileName, "pdoffset"}, {report.calibrationLog.name, "log"}};
     for (const CameraRole& role : kCameraRoles) {
         if (!role.aeFile.empty()) roles[role.aeFile] = "ae";
         if (!role.awbLscFile.empty()) roles[role.awbLscFile] = "awblsc";
