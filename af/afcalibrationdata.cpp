@@ -27,7 +27,7 @@ const char kTag[] = "AfCalibrationData";
 // time). A link at the name counts as no file. False, with the reason logged, when something
 // else stands there or it cannot be read: the store then keeps it as it is.
 bool appendText(const std::string& file, std::string* text, bool* exists) {
-    FileRead read = readFile(file, Links::refuse);
+    FileRead read = loadRecordFile(file);
     *exists = read.ok();
     if (read.status == FileRead::Status::absent || read.status == FileRead::Status::link) {
         return true;

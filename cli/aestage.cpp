@@ -6,8 +6,8 @@
 #include "ae/aecalibrationfilesmanager.h"
 #include "base/signalblock.h"
 #include "cli/stageactions.h"
+#include "cli/stagelock.h"
 #include "common/devicepaths.h"
-#include "common/persistlock.h"
 
 int runAeDump(const RunParameters& parameters) {
     if (parameters.iso == 0) return 0;
@@ -22,8 +22,8 @@ int runAeDump(const RunParameters& parameters) {
 StageResult runAeStore(const RunParameters& parameters, const std::string& camera, int exposure) {
     // The device has one temporary AE file: the lock keeps it one station's from making to
     // removing, so no other run overwrites, reads or removes it in between.
-    PersistLock lock(persistDirectory());
-    if (!lock.acquireToWrite()) return StageResult::goOn();
+    PersistLock lock;
+    if (!lockForStage(lock)) return StageResult::goOn();
     const std::string& source = tempAeFilePath();
     // The file on shared storage is this run's from making to removing: a hang-up or interrupt
     // waits until it is gone.

@@ -5,8 +5,7 @@
 #include "awblsc/eepromcalibrationfilesmanager.h"
 #include "cli/loadcalifiles.h"
 #include "cli/stageactions.h"
-#include "common/devicepaths.h"
-#include "common/persistlock.h"
+#include "cli/stagelock.h"
 
 StageResult runUnderScreenAwbLsc(const RunParameters& parameters, const std::string& camera) {
     if (access(parameters.file.c_str(), F_OK) != 0) {
@@ -20,8 +19,8 @@ StageResult runUnderScreenAwbLsc(const RunParameters& parameters, const std::str
     }
     bool matched = false;
     {
-        PersistLock lock(persistDirectory());
-        if (lock.acquireToWrite()) {
+        PersistLock lock;
+        if (lockForStage(lock)) {
             EepromCalibrationFilesManager manager(camera, parameters.file);
             matched = manager.parse();
             if (matched) manager.write();

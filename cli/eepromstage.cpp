@@ -1,15 +1,14 @@
 #include <cstdio>
 
 #include "cli/stageactions.h"
-#include "common/devicepaths.h"
-#include "common/persistlock.h"
+#include "cli/stagelock.h"
 #include "eeprom/eeprombindata.h"
 
 void runEepromExport(const RunParameters& parameters) {
     bool exported = false;
     {
-        PersistLock lock(persistDirectory());
-        if (lock.acquireToWrite()) {
+        PersistLock lock;
+        if (lockForStage(lock)) {
             EepromBinData blob;
             blob.read(parameters.eeprom);
             exported = blob.process();

@@ -4,7 +4,7 @@
 #include "af/afcalibrationdata.h"
 #include "cli/loadcalifiles.h"
 #include "cli/stageactions.h"
-#include "cli/underpersistlock.h"
+#include "cli/stagelock.h"
 
 namespace {
 
@@ -18,14 +18,14 @@ std::string listed(const char* label, const std::vector<float>& values) {
 }  // namespace
 
 void runPdOffsetWrite(const RunParameters& parameters) {
+    PersistLock lock;
+    const bool locked = lockForStage(lock);
     AfCalibrationData store;
-    const bool written = loadAndChangeUnderPersistLock(
-        [&] { store.pdOffsetInit(); },
-        [&] {
-            return store.pdOffsetWrite(parameters.camera, parameters.pdOffsetLength,
-                                       parameters.pdOffset, parameters.useflag) &&
-                   store.pdOffsetFlush();
-        });
+    store.pdOffsetInit();
+    const bool written = locked &&
+                         store.pdOffsetWrite(parameters.camera, parameters.pdOffsetLength,
+                                             parameters.pdOffset, parameters.useflag) &&
+                         store.pdOffsetFlush();
     if (written) {
         fprintf(stdout, "Successfully write %s\n", store.getPdOffsetPath().c_str());
         loadCaliFiles("com.nurvak.loadCalibrationFiles", "pdoffset");
@@ -35,14 +35,14 @@ void runPdOffsetWrite(const RunParameters& parameters) {
 }
 
 void runPdOffsetSfrData(const RunParameters& parameters) {
+    PersistLock lock;
+    const bool locked = lockForStage(lock);
     // A store of its own: after an -o write in the same run it sees the record just written.
     AfCalibrationData store;
-    const bool written = loadAndChangeUnderPersistLock(
-        [&] { store.pdOffsetInit(); },
-        [&] {
-            return store.pdOffsetSfrDataWrite(parameters.camera, parameters.pdOffsetSfrData) &&
-                   store.pdOffsetFlush();
-        });
+    store.pdOffsetInit();
+    const bool written =
+        locked && store.pdOffsetSfrDataWrite(parameters.camera, parameters.pdOffsetSfrData) &&
+        store.pdOffsetFlush();
     if (!written) {
         fprintf(stdout, "Error:failed to write pdOffsetSfrData\n");
         return;

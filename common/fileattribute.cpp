@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "base/uniquefd.h"
+#include "common/persistlock.h"
 
 bool reportFileAttribute(char const* file, int chmodError, int chownError) {
     if (chmodError != 0) {
@@ -31,7 +32,9 @@ bool applyFileAttribute(int fd, char const* file) {
 void changeFileAttribute(char const* file) {
     // Whoever can write the persist directory could put a link at the name: the attributes go
     // to what stands there, never through it. Non-blocking, so that a FIFO cannot hold us.
-    UniqueFd fd(open(file, O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
+    const FileAt at = FileAt::of(file);
+    UniqueFd fd(
+        openat(at.directory, at.name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     if (!fd.valid()) {
         const int error = errno;
         reportFileAttribute(file, error, error);

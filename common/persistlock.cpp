@@ -1,41 +1,76 @@
 #include "common/persistlock.h"
 
 #include <fcntl.h>
-#include <sys/file.h>
-#include <unistd.h>
+#include <sys/stat.h>
 
-#include <cerrno>
-#include <chrono>
 #include <cstdio>
-#include <thread>
 
+#include "base/paths.h"
+#include "common/devicepaths.h"
 #include "common/safefilewriter.h"
 
-PersistLock::PersistLock(std::string directory, int timeoutMs)
-    : directory(std::move(directory)), timeoutMs(timeoutMs) {}
+namespace {
+
+const PersistLock* heldLock = nullptr;
+
+}  // namespace
+
+PersistLock::PersistLock(LockMode mode, int timeoutMs)
+    : PersistLock(persistDirectory(), mode, timeoutMs) {}
+
+PersistLock::PersistLock(std::string directory, LockMode mode, int timeoutMs)
+    : directory(std::move(directory)), mode(mode), timeout(timeoutMs) {}
+
+PersistLock::~PersistLock() {
+    if (heldLock == this) heldLock = nullptr;
+}
 
 PersistLock::Outcome PersistLock::acquire() {
     if (fd.valid()) return Outcome::held;
     fd.reset(open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
     if (!fd.valid()) return Outcome::unavailable;
-
-    const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
-    for (;;) {
-        if (flock(fd.get(), LOCK_EX | LOCK_NB) == 0) {
-            // No writer can be at work now: any temporary file left is a killed run's.
-            SafeFileWriter::removeStaleTemporaries(fd);
-            return Outcome::held;
-        }
-        if (errno != EWOULDBLOCK && errno != EINTR) {
+    switch (lockWithin(fd.get(), mode, timeout)) {
+        case LockOutcome::held:
+            break;
+        case LockOutcome::busy:
+            fd.reset();
+            return Outcome::busy;
+        case LockOutcome::unavailable:
             fd.reset();
             return Outcome::unavailable;
-        }
-        if (std::chrono::steady_clock::now() >= deadline) break;
-        std::this_thread::sleep_for(std::chrono::milliseconds(20));
     }
-    fd.reset();
-    fprintf(stdout,
-            "Error:persist directory %s is in use by another optoquill, gave up after %d ms\n",
-            directory.c_str(), timeoutMs);
-    return Outcome::busy;
+    // No writer can be at work now: any temporary file left is a killed run's.
+    if (mode == LockMode::exclusive) SafeFileWriter::removeStaleTemporaries(fd);
+    heldLock = this;
+    return Outcome::held;
+}
+
+const PersistLock* PersistLock::held() {
+    return heldLock;
+}
+
+bool PersistLock::stillNamesItsDirectory() const {
+    struct stat locked;
+    struct stat named;
+    if (fstat(fd.get(), &locked) == 0 && stat(directory.c_str(), &named) == 0 &&
+        locked.st_dev == named.st_dev && locked.st_ino == named.st_ino) {
+        return true;
+    }
+    if (!replacedSaid) {
+        fprintf(stderr,
+                "Error:persist directory %s was replaced while this run held it; nothing was "
+                "written\n",
+                directory.c_str());
+        replacedSaid = true;
+    }
+    return false;
+}
+
+FileAt FileAt::of(const std::string& path) {
+    const PersistLock* lock = PersistLock::held();
+    std::string folder = directoryOf(path);
+    if (lock != nullptr && folder + "/" == lock->path()) {
+        return {lock->directoryFd(), baseName(path), lock};
+    }
+    return {AT_FDCWD, path, nullptr};
 }

@@ -1,23 +1,22 @@
 #include "common/safefilewriter.h"
 
-#include <dirent.h>
 #include <fcntl.h>
 #include <sys/stat.h>
+#include <time.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdio>
-#include <cstdlib>
-#include <memory>
-#include <vector>
+#include <cstdint>
 
 #include "base/paths.h"
 #include "base/signalblock.h"
-#include "base/uniquefd.h"
 #include "common/fileattribute.h"
 
 namespace {
+
+// Bytes gathered before each write to the temporary.
+constexpr size_t kBlock = 64 << 10;
 
 WriteResult failure(WriteResult::Step step, int error) {
     WriteResult result;
@@ -38,50 +37,112 @@ bool writeAll(int fd, std::string_view bytes) {
     return true;
 }
 
-// The temporary's name, removed when the store did not reach the rename.
+// Six letters or digits that no other run is likely to pick at the same instant.
+std::string randomSuffix(uint64_t seed) {
+    static constexpr char kLetters[] =
+        "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
+    // splitmix64: every bit of the seed reaches every letter.
+    uint64_t mixed = seed + 0x9E3779B97F4A7C15ULL;
+    mixed = (mixed ^ (mixed >> 30)) * 0xBF58476D1CE4E5B9ULL;
+    mixed = (mixed ^ (mixed >> 27)) * 0x94D049BB133111EBULL;
+    mixed ^= mixed >> 31;
+    std::string suffix;
+    for (int i = 0; i < 6; ++i, mixed /= 62) suffix += kLetters[mixed % 62];
+    return suffix;
+}
+
+// The temporary beside the target, ".<name>.XXXXXX", made new (never an existing file, never
+// through a link) and removed unless it was renamed.
 class Temporary {
   public:
-    explicit Temporary(std::string name) : name(std::move(name)) {}
-    ~Temporary() {
-        if (!name.empty()) unlink(name.c_str());
+    Temporary(int directory, const std::string& target) : directory(directory) {
+        timespec now{};
+        clock_gettime(CLOCK_MONOTONIC, &now);
+        const uint64_t seed = static_cast<uint64_t>(getpid()) << 40 ^
+                              static_cast<uint64_t>(now.tv_sec) << 30 ^
+                              static_cast<uint64_t>(now.tv_nsec);
+        for (uint64_t attempt = 0; attempt < 100 && !fd.valid(); ++attempt) {
+            name = "." + target + "." + randomSuffix(seed + attempt);
+            fd.reset(openat(directory, name.c_str(),
+                            O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600));
+            if (!fd.valid() && errno != EEXIST) break;
+        }
+        if (!fd.valid()) name.clear();
     }
-    void renamed() { name.clear(); }
+    ~Temporary() {
+        if (!name.empty()) unlinkat(directory, name.c_str(), 0);
+    }
+    Temporary(const Temporary&) = delete;
+    Temporary& operator=(const Temporary&) = delete;
 
-  private:
-    std::string name;
+    UniqueFd fd;
+    int directory;
+    std::string name;  // empty once renamed
 };
 
 }  // namespace
 
-WriteResult SafeFileWriter::replace(const std::string& target, std::string_view bytes) {
+void SafeFileWriter::Sink::append(std::string_view bytes) {
+    if (error != 0) return;
+    if (buffer.size() + bytes.size() > kBlock && !flush()) return;
+    if (bytes.size() >= kBlock) {
+        if (!writeAll(fd, bytes)) error = errno;
+        return;
+    }
+    buffer.append(bytes);
+}
+
+bool SafeFileWriter::Sink::flush() {
+    if (error == 0 && !writeAll(fd, buffer)) error = errno;
+    buffer.clear();
+    errno = error;
+    return error == 0;
+}
+
+WriteResult SafeFileWriter::replace(int directory, const std::string& name, const Produce& produce,
+                                    const InPlace& inPlace) {
     // From its creation to its rename or removal the temporary is this run's to clean up.
     SignalBlock holdSignals;
-    const std::string directory = directoryOf(target);
-    std::string pattern = directory + "/." + baseName(target) + ".XXXXXX";
-    std::vector<char> name(pattern.begin(), pattern.end());
-    name.push_back('\0');
-    UniqueFd fd(mkostemp(name.data(), O_CLOEXEC));
-    if (!fd.valid()) return failure(WriteResult::Step::open, errno);
-    const std::string temporaryName = name.data();
-    Temporary temporary(temporaryName);
-
+    UniqueFd folder;
+    int at = directory;
+    std::string target = name;
+    if (name.find('/') != std::string::npos) {
+        folder.reset(
+            openat(directory, directoryOf(name).c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        if (!folder.valid()) return failure(WriteResult::Step::open, errno);
+        at = folder.get();
+        target = baseName(name);
+    }
+    Temporary temporary(at, target);
+    if (!temporary.fd.valid()) return failure(WriteResult::Step::open, errno);
+    const int fd = temporary.fd.get();
     WriteResult result;
     // Set before the rename, so that the file never shows under its name otherwise.
-    if (fchmod(fd.get(), kCalibrationFileMode) < 0) return failure(WriteResult::Step::chmod, errno);
-    if (fchown(fd.get(), kSystemId, kSystemId) < 0) result.ownerError = errno;
-    if (!writeAll(fd.get(), bytes)) return failure(WriteResult::Step::write, errno);
-    if (fsync(fd.get()) != 0) return failure(WriteResult::Step::sync, errno);
-    if (const int error = fd.reset()) return failure(WriteResult::Step::write, error);
-    if (rename(temporaryName.c_str(), target.c_str()) != 0) {
+    if (fchmod(fd, kCalibrationFileMode) < 0) return failure(WriteResult::Step::chmod, errno);
+    if (fchown(fd, kSystemId, kSystemId) < 0) result.ownerError = errno;
+    Sink sink(fd);
+    produce(sink);
+    if (!sink.flush()) return failure(WriteResult::Step::write, errno);
+    if (fsync(fd) != 0) return failure(WriteResult::Step::sync, errno);
+    if (const int error = temporary.fd.reset()) return failure(WriteResult::Step::write, error);
+    if (inPlace && !inPlace()) return failure(WriteResult::Step::moved, 0);
+    if (renameat(at, temporary.name.c_str(), at, target.c_str()) != 0) {
         return failure(WriteResult::Step::rename, errno);
     }
-    temporary.renamed();
+    temporary.name.clear();
     // Until the directory is on disk, a power cut can bring the old file back.
-    UniqueFd directoryFd(open(directory.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!directoryFd.valid() || fsync(directoryFd.get()) != 0) {
-        return failure(WriteResult::Step::syncDirectory, errno);
+    if (at == AT_FDCWD) {
+        folder.reset(open(".", O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        at = folder.get();
     }
+    if (fsync(at) != 0) return failure(WriteResult::Step::syncDirectory, errno);
     return result;
+}
+
+WriteResult SafeFileWriter::replace(int directory, const std::string& name, std::string_view bytes,
+                                    const InPlace& inPlace) {
+    return replace(
+        directory, name, [bytes](Sink& sink) { sink.append(bytes); }, inPlace);
 }
 
 bool SafeFileWriter::isTemporaryName(std::string_view name) {

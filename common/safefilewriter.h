@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <string_view>
 
@@ -8,7 +9,7 @@
 // What a replacement did: the first step that failed, with its errno, and whether the owner
 // could be set (without root it cannot; the file is stored all the same and the caller says so).
 struct WriteResult {
-    enum class Step { none, open, write, sync, chmod, rename, syncDirectory };
+    enum class Step { none, open, write, sync, chmod, moved, rename, syncDirectory };
 
     Step failed = Step::none;
     int error = 0;
@@ -25,12 +26,37 @@ struct WriteResult {
 // the temporary is gone. Nothing is followed through a link: a link at the name is replaced.
 class SafeFileWriter {
   public:
-    // Replaces `target` with `bytes`. Until the rename the target is untouched; the temporary
-    // never outlives the call.
-    [[nodiscard]] static WriteResult replace(const std::string& target, std::string_view bytes);
+    // Takes a new file's bytes as they are produced and writes them to the temporary in blocks,
+    // so that a large file is never held twice in memory.
+    class Sink {
+      public:
+        void append(std::string_view bytes);
 
-    // Whether `name` is ".<target>.XXXXXX" for a target ending in ".bin", the X's as mkstemp
-    // fills them: the name of a temporary this writer makes.
+      private:
+        friend class SafeFileWriter;
+        explicit Sink(int fd) : fd(fd) {}
+        bool flush();
+
+        int fd;
+        std::string buffer;
+        int error = 0;  // of the first write that failed; later bytes are dropped
+    };
+
+    using Produce = std::function<void(Sink&)>;
+    // Asked just before the rename whether the directory is still where the file belongs.
+    using InPlace = std::function<bool()>;
+
+    // Replaces `name`, a path relative to the directory `directory` (AT_FDCWD: the working
+    // directory), with what `produce` appends. Every step works on the file's folder through one
+    // descriptor. Until the rename the target is untouched; the temporary never outlives the
+    // call. When `inPlace` says no, nothing is renamed (Step::moved).
+    [[nodiscard]] static WriteResult replace(int directory, const std::string& name,
+                                             const Produce& produce, const InPlace& inPlace = {});
+    [[nodiscard]] static WriteResult replace(int directory, const std::string& name,
+                                             std::string_view bytes, const InPlace& inPlace = {});
+
+    // Whether `name` is ".<target>.XXXXXX" for a target ending in ".bin", the X's letters and
+    // digits: the name of a temporary this writer makes.
     static bool isTemporaryName(std::string_view name);
 
     // Removes what writers killed before their rename left in `directory`: regular files with

@@ -100,6 +100,50 @@ TEST_F(Guarantees, FullDiskIsAFailureAndKeepsTheOldFile) {
     EXPECT_EQ(device.persistEntries(), std::vector<std::string>{"com.nurvak.afc.bin"});
 }
 
+// A log append that the disk cuts short is cut back: the next line starts on a line of its own.
+TEST_F(Guarantees, ShortLogAppendLeavesOnlyWholeLines) {
+    const std::string log = device.persistFile(kLog);
+    std::string lines;
+    for (int i = 0; i < 100; ++i) lines += "camera:w,ae,result:1\n";
+    writeFile(log, lines);
+    RunOptions fullDisk;
+    fullDisk.fileSizeLimit = static_cast<long>(lines.size()) + 10;  // 10 of the line's 21 bytes
+    const std::vector<std::string> aeStore = {"-n", "0", "-l", "100", "-s", "200", "-e", "300"};
+    RunResult result = device.run(aeStore, fullDisk);
+    EXPECT_EQ(result.err, "Error:failed to append to log file " + log + ": wrote 10 of 21 bytes\n");
+    EXPECT_EQ(readFile(log), lines);
+    ASSERT_EQ(device.run(aeStore).status, 0);
+    EXPECT_EQ(readFile(log), lines + "camera:w,ae,result:1\n");
+}
+
+// Station A waits, holding the lock on the persist directory, while the directory is replaced
+// and station B stores into the new one: A writes nothing anywhere, and says so.
+TEST_F(Guarantees, StoppedStationWhoseDirectoryIsReplacedWritesNothing) {
+    if (!canTrace()) GTEST_SKIP() << "needs strace and a native tool";
+    const std::string camera = device.persistFile("");
+    const std::string af = camera + "com.nurvak.afc.bin";
+    RunOptions stalled;  // held up once its new file is synced, before it is renamed
+    stalled.strace = {"-o",          "/dev/null", "-e",
+                      "trace=fsync", "-e",        "inject=fsync:delay_exit=3000000:when=1"};
+    RunResult a;
+    std::thread stationA([&] {
+        a = device.run({"-n", "0", "-d", "50", "-D", "300", "-t", "30"}, stalled);
+    });
+    for (int i = 0; i < 1000 && device.persistEntries().empty(); ++i) usleep(10000);
+    const std::string old = device.path("camera.old");
+    ASSERT_EQ(rename(camera.c_str(), old.c_str()), 0);
+    ASSERT_EQ(mkdir(camera.c_str(), 0755), 0);
+    EXPECT_EQ(device.run({"-n", "0", "-d", "70", "-D", "300", "-t", "30"}).out,
+              "Successfully write " + af + "\nsocket init failed\n");
+    stationA.join();
+    EXPECT_EQ(a.out, "Error:failed to write " + af + "\n");
+    EXPECT_EQ(a.err, "Error:persist directory " + camera +
+                         " was replaced while this run held it; nothing was written\n");
+    EXPECT_EQ(device.persistEntries(), std::vector<std::string>{"com.nurvak.afc.bin"});
+    EXPECT_EQ(readFile(af).substr(0, 15), "0,0,AB12,70,300");
+    EXPECT_EQ(directoryEntries(old), std::vector<std::string>{});
+}
+
 TEST_F(Guarantees, BusyPersistDirectoryEndsTheStageWithoutWriting) {
     const std::string directory = device.persistFile("");
     UniqueFd held(open(directory.c_str(), O_RDONLY | O_DIRECTORY));
@@ -142,17 +186,18 @@ TEST_F(Guarantees, FailedDirectorySyncIsAFailedStore) {
               "Error:failed to write " + device.persistFile("com.nurvak.afc.bin") + "\n");
 }
 
+// Every file is made and the log appended to through the directory the run locked, and the
+// log's new name is made durable by syncing that directory.
 TEST_F(Guarantees, CreatingTheLogSyncsItsDirectory) {
     if (!canTrace()) GTEST_SKIP() << "needs strace and a native tool";
     RunOptions options;
     const std::string trace = device.path("trace");
     options.strace = {"-o", trace, "-e", "trace=openat,fsync"};
     ASSERT_EQ(device.run({"-n", "0", "-l", "100", "-s", "200", "-e", "300"}, options).status, 0);
-    std::string directory = device.persistFile("");
-    directory.pop_back();
-    const std::regex created("\"" + device.persistFile(kLog) +
-                             "\", [^)]*O_CREAT[\\s\\S]*openat\\(" + "AT_FDCWD, \"" + directory +
-                             "\", [^)]*O_DIRECTORY[^)]*\\) = " + "(\\d+)\nfsync\\(\\1\\) *= 0\n");
+    const std::regex created("openat\\(AT_FDCWD, \"" + device.persistFile("") +
+                             "\", [^)]*O_DIRECTORY[^)]*\\) = (\\d+)\n[\\s\\S]*openat\\(\\1, \"" +
+                             kLog + "\", [^)]*O_CREAT[^)]*\\) = (\\d+)\nfsync\\(\\2\\) *= 0\n" +
+                             "fsync\\(\\1\\) *= 0\n");
     EXPECT_TRUE(std::regex_search(readFile(trace), created)) << readFile(trace);
 }
 

@@ -32,6 +32,7 @@ struct Case {
     Args sent = {};  // on the AF/PD-offset socket, then on the AWB/LSC one
     std::string err = "";
     Args logged = {};  // texts somewhere in the Android log
+    RunOptions options = {};
 };
 
 const std::string kDirectory = "\x01<directory>";
@@ -99,6 +100,12 @@ std::string blob(int checksum) {
     for (size_t i = 0; i < content.size(); ++i) content[i] = static_cast<char>(i * 7);
     content[8099] = static_cast<char>(checksum);
     return content;
+}
+
+RunOptions outputTo(const char* file) {
+    RunOptions options;
+    options.output = file;
+    return options;
 }
 
 std::vector<Case> cases() {
@@ -279,6 +286,8 @@ std::vector<Case> cases() {
             {"-n", "0", "-d", "50", "-D", "300", "-t", "30", "-o", "5", "-L", "1"},
             kAfWrote + kPdWrote, 0, {{kAf, kAfPoint}, {kPd, "0,0,ABC123,1,5,26266\n"},
             {"%R/private", "1,0,OLD,1,7,1\n"}}, {"afcal", "pdoffset"}},
+        {"ReportThatCannotBeWrittenIsSaid", kAbc123, {}, kAfStore, "", 0, {{kAf, kAfPoint}},
+            {"afcal"}, "optoquill: standard output: No space left on device\n", {}, outputTo("/dev/full")},
         {"AfCheck", {}, {{kAf, kAfPoint}}, {"-c", "ABC123", "-d", "50"}, "dac=300\n", 0,
             {{kAf, kAfPoint}}},
         {"AfCheckAtTheDefaultDistance", {}, {{kAf, kAfPoint}}, {"-c", "ABC123"}, "dac=-1\n", 0,
@@ -449,7 +458,7 @@ TEST_P(Runs, GiveExactlyTheirOutputsAndFiles) {
     Args args;
     for (const std::string& arg : c.args) args.push_back(expand(arg));
 
-    const RunResult result = device.run(args);
+    const RunResult result = device.run(args, c.options);
 
     // Only root may give a file to the system user; anyone else is told so for every file.
     const std::regex notRoot("Error changing group ownership of [^:]*: Operation not permitted");

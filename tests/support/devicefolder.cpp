@@ -84,7 +84,7 @@ RunResult DeviceFolder::run(const std::vector<std::string>& arguments,
     if (pipe2(outPipe, O_CLOEXEC) != 0 || pipe2(errPipe, O_CLOEXEC) != 0) abort();
     pid_t child = fork();
     if (child == 0) {
-        dup2(outPipe[1], 1);
+        dup2(options.output.empty() ? outPipe[1] : open(options.output.c_str(), O_WRONLY), 1);
         dup2(errPipe[1], 2);
         for (int fd : {outPipe[0], outPipe[1], errPipe[0], errPipe[1]}) close(fd);
         if (options.asNobody && geteuid() == 0) {

@@ -19,6 +19,7 @@ struct RunOptions {
     bool inspect = false;     // run optoquill-inspect instead of optoquill
     bool asNobody = false;    // run as user and group 65534, when the test runs as root
     long memoryLimit = -1;    // bytes of address space the tool may map, -1 for none
+    std::string output;       // a file standard output goes to (/dev/full, say) instead of `out`
     // strace's options, to run the tool under it (faults and signals injected, calls recorded)
     std::vector<std::string> strace;
 };
