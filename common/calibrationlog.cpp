@@ -20,6 +20,8 @@ namespace {
 // the file, whose name then still has to reach the disk.
 UniqueFd openLog(const FileAt& log, bool* created) {
     constexpr int kFlags = O_WRONLY | O_APPEND | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC;
+    *created = false;
+    if (log.holdsSpecialFile()) return UniqueFd();
     for (;;) {
         UniqueFd fd(openat(log.directory, log.name.c_str(), kFlags));
         *created = false;

@@ -33,6 +33,10 @@ void changeFileAttribute(char const* file) {
     // Whoever can write the persist directory could put a link at the name: the attributes go
     // to what stands there, never through it. Non-blocking, so that a FIFO cannot hold us.
     const FileAt at = FileAt::of(file);
+    if (at.holdsSpecialFile()) {
+        reportFileAttribute(file, EINVAL, EINVAL);
+        return;
+    }
     UniqueFd fd(
         openat(at.directory, at.name.c_str(), O_RDONLY | O_NOFOLLOW | O_NONBLOCK | O_CLOEXEC));
     if (!fd.valid()) {

@@ -74,3 +74,9 @@ FileAt FileAt::of(const std::string& path) {
     }
     return {AT_FDCWD, path, nullptr};
 }
+
+bool FileAt::holdsSpecialFile() const {
+    struct stat entry;
+    if (fstatat(directory, name.c_str(), &entry, AT_SYMLINK_NOFOLLOW) != 0) return false;
+    return !S_ISREG(entry.st_mode) && !S_ISLNK(entry.st_mode);
+}

@@ -65,4 +65,9 @@ struct FileAt {
     const PersistLock* lock;  // the lock whose directory `directory` is, or null
 
     static FileAt of(const std::string& path);
+
+    // Whether something other than a regular file or a link stands at the name (a FIFO, a
+    // socket, a directory): such an entry is refused by its type and never opened, so a FIFO
+    // cannot take a line and a device's policy need grant nothing on it.
+    bool holdsSpecialFile() const;
 };

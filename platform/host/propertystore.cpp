@@ -7,9 +7,12 @@
 #include <cstdlib>
 
 #include "base/filereader.h"
+#include "base/text.h"
 #include "platform/host/hostenvironment.h"
 
 namespace {
+
+constexpr std::string_view kGetpropBetween = "]: [";
 
 PropertyStore loadProcessStore() {
     PropertyStore store;
@@ -53,28 +56,47 @@ void PropertyStore::loadText(std::string_view text, std::vector<Warning>* warnin
         text.remove_prefix(kByteOrderMark.size());
         warn(1, "starts with a byte-order mark, which is skipped");
     }
-    size_t start = 0;
-    for (int number = 1; start < text.size(); ++number) {
-        size_t end = text.find('\n', start);
-        if (end == std::string_view::npos) end = text.size();
-        const std::string_view line = text.substr(start, end - start);
+    // getprop prints a value that holds line breaks as it is: "[name]: [first line", the
+    // further lines, the last one ending in "]". `open` is such a value's first line number.
+    int number = 0;
+    int open = 0;
+    std::string value;
+    forEachLine(text, [&](std::string_view line) {
+        ++number;
         if (line.find('\0') != std::string_view::npos) {
             warn(number, "holds a NUL byte, the value is cut there");
         }
-        if (!addLine(line)) warn(number, "is neither name=value nor [name]: [value], skipped");
-        start = end + 1;
+        if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
+        if (open != 0) {
+            value.append("\n").append(line);
+            if (!line.empty() && line.back() == ']') {
+                addLine(value);
+                open = 0;
+            }
+        } else if (opensMultiLineValue(line)) {
+            value.assign(line);
+            open = number;
+        } else if (!addLine(line)) {
+            warn(number, "is neither name=value nor [name]: [value], skipped");
+        }
+    });
+    if (open != 0) {
+        warn(open, "opens a [name]: [value that no later line closes with ], skipped to the end");
     }
 }
 
+bool PropertyStore::opensMultiLineValue(std::string_view line) {
+    return !line.empty() && line[0] == '[' &&
+           line.find(kGetpropBetween) != std::string_view::npos && line.back() != ']';
+}
+
 bool PropertyStore::addLine(std::string_view line) {
-    if (!line.empty() && line.back() == '\r') line.remove_suffix(1);
     if (line.empty() || line[0] == '#') return true;
 
     // getprop prints "[name]: [value]".
-    static constexpr std::string_view kBetween = "]: [";
-    const size_t between = line.find(kBetween);
+    const size_t between = line.find(kGetpropBetween);
     if (line[0] == '[' && between != std::string_view::npos && line.back() == ']') {
-        const size_t valueStart = between + kBetween.size();
+        const size_t valueStart = between + kGetpropBetween.size();
         set(std::string(line.substr(1, between - 1)),
             std::string(line.substr(valueStart, line.size() - 1 - valueStart)));
         return true;

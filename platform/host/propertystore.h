@@ -21,7 +21,8 @@ class PropertyStore {
     bool loadFile(const std::string& file, std::string* error,
                   std::vector<Warning>* warnings = nullptr);
 
-    // Adds the properties of a file's text: lines `name=value` or `[name]: [value]`; blank
+    // Adds the properties of a file's text: lines `name=value` or `[name]: [value]` (a value
+    // may run over several lines, up to one that ends with ']', as getprop prints it); blank
     // lines and lines starting with '#' are skipped; a later line for a name wins. Any other
     // line is skipped with a warning; a value holding a NUL byte is cut there, as a device's
     // property would be, and a byte-order mark before the first line is dropped, each with a
@@ -42,6 +43,8 @@ class PropertyStore {
   private:
     // False for a line of neither form.
     bool addLine(std::string_view line);
+    // Whether `line` is the first line of getprop's print of a value that holds line breaks.
+    static bool opensMultiLineValue(std::string_view line);
 
     std::map<std::string, std::string> values;
 };

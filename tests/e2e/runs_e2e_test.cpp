@@ -153,6 +153,11 @@ std::vector<Case> cases() {
         {"PropertyLineOfNeitherFormIsOnlyWarnedAbout", {}, {{"%R/properties", "a=1\nb: 2\n"}},
             {}, "", 0, {}, {}, "optoquill: properties file %R/properties, line 2 is neither "
             "name=value nor [name]: [value], skipped\n"},
+        // A real device's dump: a value over several lines, a long ro.* value, CRLF lines.
+        {"RealGetpropDumpReplaysClean", {}, {{"%R/properties", "[persist.sys.boot.reason."
+            "history]: [reboot,1700000000\nkernel_panic,1690000000\r\nshutdown,1680000000]\r\n"
+            "[ro.build.fingerprint]: [" + std::string(120, 'f') + "]\n[" + kW +
+            "]: [xxxx0006ABC123]\n"}}, kAfStore, kAfWrote, 0, {{kAf, kAfPoint}}, {"afcal"}},
         {"UnknownCameraEndsTheRunBeforeTheAfStore", kAbc123, {},
             {"-n", "99", "-D", "10", "-t", "30"}, "Error:Invalid camera name\n", 255, {}},
         {"UnknownUnderScreenCamera", {}, {}, {"-u", "-n", "w", "-f", "%R/x"},
@@ -197,6 +202,11 @@ std::vector<Case> cases() {
             + kLog + " to 0644: Too many levels of symbolic links", 0,
             {{kAe, kMaintain}, {kLog, kLinkTo}, {"%R/v", "v"}}, {}, "Error changing group "
             "ownership of %P" + std::string(kLog) + " to 1000: Too many levels of symbolic links"},
+        // A FIFO at the log's name is refused by its type: never opened, never changed.
+        {"FifoAtTheLog", kAb12, {{kLog, kFifo}}, kAeStore, kAeWrote +
+            "Error:failed to open log file %P" + kLog + "\nError: fail to change permissions of %P"
+            + kLog + " to 0644: Invalid argument", 0, {{kAe, kMaintain}, {kLog, kFifo}}, {},
+            "Error changing group ownership of %P" + std::string(kLog) + " to 1000: Invalid argument"},
         {"AeDumpOfTheFactoryForm", {}, {{"%R/f", kFactory}}, {"-i", "-s", "1", "-f", "%R/f"},
             "%R/f:\nfactor format:\n" + kAeLayout + "\n" + kAeFields +
             "\ncontents:\n02AB1202640002C800022C01\n", 0, {}, {}, "",
