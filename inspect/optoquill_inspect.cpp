@@ -5,6 +5,8 @@
 #include <string_view>
 
 #include "common/devicepaths.h"
+#include "common/persistlock.h"
+#include "common/standardoutput.h"
 #include "inspect/deviceinspector.h"
 #include "inspect/jsonreport.h"
 #include "inspect/persistdirectory.h"
@@ -21,8 +23,8 @@ constexpr char kUsage[] =
     "  --expect      a camera (w, f, t, u, m, t4x, m2x, d, faux) needs these kinds of\n"
     "                calibration: ae, awblsc, af, pdoffset, eeprom; repeatable\n"
     "  -h, --help    print this help\n"
-    "Exit status: 0 no problem, 1 at least one problem (notes do not count), 2 usage error or\n"
-    "unreadable persist directory.\n";
+    "Exit status: 0 no problem, 1 at least one problem (notes do not count), 2 usage error,\n"
+    "unreadable persist directory, or a store that held it too long.\n";
 
 void print(const std::string& text) {
     fwrite(text.data(), 1, text.size(), stdout);
@@ -62,6 +64,16 @@ int main(int argc, char* argv[]) {
             return usageError("unknown argument \"" + std::string(argument) + "\"");
         }
     }
+    // Shared, so that the audit sees the directory between two stores: a temporary seen while
+    // it holds the lock is one a killed run left, never a running store's.
+    PersistLock lock(LockMode::shared);
+    if (lock.acquire() == PersistLock::Outcome::busy) {
+        fprintf(stderr,
+                "optoquill-inspect: %s is in use by another optoquill, gave up after %d ms; "
+                "nothing was judged\n",
+                lock.path().c_str(), lock.timeoutMs());
+        return 2;
+    }
     PersistDirectory directory(persistDirectory());
     if (const int error = directory.open()) {
         fprintf(stderr, "optoquill-inspect: cannot read %s: %s\n", directory.path().c_str(),
@@ -70,5 +82,6 @@ int main(int argc, char* argv[]) {
     }
     const InspectReport report = DeviceInspector(directory, std::move(needs)).inspect();
     print(json ? renderJsonReport(report) : renderTextReport(report));
+    flushStandardOutput("optoquill-inspect");
     return report.problems.count == 0 ? 0 : 1;
 }

@@ -5,6 +5,7 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <atomic>
 #include <csignal>
 #include <cstdlib>
 #include <regex>
@@ -17,6 +18,12 @@
 namespace {
 
 const char kLog[] = "com.nurak.camera.checksum.bin";
+
+RunOptions auditRun() {
+    RunOptions options;
+    options.inspect = true;
+    return options;
+}
 
 // Every camera's sensor carries fuse ID AB12, and an AWB/LSC file for it is at hand.
 class Guarantees : public testing::Test {
@@ -148,12 +155,40 @@ TEST_F(Guarantees, BusyPersistDirectoryEndsTheStageWithoutWriting) {
     const std::string directory = device.persistFile("");
     UniqueFd held(open(directory.c_str(), O_RDONLY | O_DIRECTORY));
     ASSERT_EQ(flock(held.get(), LOCK_EX), 0);  // another station is rewriting a file
+    RunResult audit;
+    std::thread auditing([&] { audit = device.run({}, auditRun()); });
     RunResult result = device.run({"-n", "0", "-d", "50", "-D", "300", "-t", "30"});
+    auditing.join();
     EXPECT_EQ(result.out, "Error:persist directory " + directory +
                               " is in use by another optoquill, gave up after 5000 ms\n"
                               "Error:failed to write " +
                               device.persistFile("com.nurvak.afc.bin") + "\n");
     EXPECT_EQ(device.persistEntries(), std::vector<std::string>{});
+    // The audit could not judge: it says so and ends with status 2, not 1.
+    EXPECT_EQ(std::make_tuple(audit.status, audit.out, audit.err),
+              std::make_tuple(2, std::string(),
+                              "optoquill-inspect: " + directory +
+                                  " is in use by another optoquill, gave up after 5000 ms; "
+                                  "nothing was judged\n"));
+}
+
+// A store's temporary lives only while the store holds the lock, so an audit never sees one.
+TEST_F(Guarantees, AuditsDuringStoresSeeNoTemporary) {
+    std::atomic<bool> storing{true};
+    std::thread stores([&] {
+        for (int i = 0; i < 60; ++i) {
+            device.run({"-n", "0", "-l", "100", "-s", "200", "-e", "300", "-d", "50", "-D", "300",
+                        "-t", "30", "-L", "1", "-o", "5"});
+        }
+        storing = false;
+    });
+    int audits = 0;
+    while (storing || audits == 0) {
+        const RunResult audit = device.run({}, auditRun());
+        EXPECT_EQ(audit.out.find("temporary"), std::string::npos) << audit.out;
+        ++audits;
+    }
+    stores.join();
 }
 
 // strace sends the signal as the new AE file's temporary is synced, while it and /sdcard/tmp
