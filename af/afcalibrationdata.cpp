@@ -109,6 +109,28 @@ float toFloat(const std::string& text) {
     return static_cast<float>(value);
 }
 
+// Whether every new text of a record reads back as itself from the stored line; otherwise one
+// line on standard error names the first that would not, and nothing is stored. `fieldOf(i)`
+// names the i-th text.
+template <typename FieldName>
+bool readsBack(const std::string& file, const std::vector<std::string_view>& texts,
+               FieldName fieldOf) {
+    for (size_t i = 0; i < texts.size(); ++i) {
+        if (const char* reason = unstorableTextReason(texts[i])) {
+            fprintf(stderr, "Error:cannot store %s: the %s %s %s\n", file.c_str(), fieldOf(i),
+                    quoted(texts[i]).c_str(), reason);
+            return false;
+        }
+    }
+    return true;
+}
+
+const char* afField(size_t i) {
+    static constexpr const char* kNames[] = {"use flag", "camera id",   "fuse ID",    "distance",
+                                             "DAC",      "temperature", "value count"};
+    return kNames[i];
+}
+
 // Replaces a whole calibration text file with the lines that `build` appends to one buffer
 // (logging each as it goes) in one write; false (and the old file kept) when it could not be
 // written, or when the file could not be loaded and so cannot be rewritten without losing it.
@@ -121,6 +143,14 @@ bool rewriteFile(const std::string& file, bool loaded, Build build) {
     }
     std::string content;
     build(&content);
+    // The next run's reader would refuse the file, and every later store with it.
+    if (content.size() > kMaxFileSize) {
+        fprintf(stderr,
+                "Error:cannot store %s: it would hold %zu bytes, more than the 16 MiB a "
+                "calibration file may hold\n",
+                file.c_str(), content.size());
+        return false;
+    }
     const WriteResult result = storeRecordFile(file, content, kTag, "flush:", 0);
     if (!result.stored()) return false;
     reportFileAttribute(file.c_str(), 0, result.ownerError);
@@ -259,6 +289,7 @@ bool AfCalibrationData::write(const std::string& camera, int dist, int dac, int 
         texts[2] = old[2];
         texts[3] = old[3];
     }
+    if (!readsBack(path, texts, afField)) return false;
     // Summed from the texts themselves, whatever they hold.
     record.crc = afRecordCrc(texts);
     storeTexts(texts, &addedText, &record);
@@ -409,6 +440,10 @@ bool AfCalibrationData::pdOffsetWrite(const std::string& camera, int pdOffsetLen
     const std::string useFlagText = useFlag != 0 ? "1" : "0";
     const std::string lengthText = std::to_string(pdOffsetLength);
     const std::vector<std::string_view> head = {useFlagText, camera, fuseId, lengthText};
+    const auto field = [](size_t i) { return i < 4 ? afField(i == 3 ? 6 : i) : "PD-offset value"; };
+    std::vector<std::string_view> texts = head;
+    texts.insert(texts.end(), values.begin(), values.end());
+    if (!readsBack(pdOffsetPath, texts, field)) return false;
     std::vector<std::string_view> sfrData;
     if (index >= 0) {
         const pdOffsetCalData& old = pdOffsetCalDataList[index];
@@ -418,8 +453,6 @@ bool AfCalibrationData::pdOffsetWrite(const std::string& camera, int pdOffsetLen
     pdOffsetCalData record;
     record.valueCount = static_cast<uint32_t>(values.size());
     record.crc = pdOffsetRecordCrc(head, values, sfrData);
-    std::vector<std::string_view> texts = head;
-    texts.insert(texts.end(), values.begin(), values.end());
     texts.insert(texts.end(), sfrData.begin(), sfrData.end());
     storeTexts(texts, &addedText, &record);
     if (index >= 0) {
@@ -436,6 +469,10 @@ bool AfCalibrationData::pdOffsetSfrDataWrite(const std::string& camera, const st
     if (!sfrData.empty()) splitAFInfoString(sfrData + ",", values, ",");
     if (values.size() != 8) {
         fprintf(stdout, "pdoffsetSfrDataStr parse error: %s\n", sfrData.c_str());
+        return false;
+    }
+    if (!readsBack(pdOffsetPath, {values.begin(), values.end()},
+                   [](size_t) { return "SFR value"; })) {
         return false;
     }
     for (pdOffsetCalData& record : pdOffsetCalDataList) {

@@ -26,6 +26,15 @@ void appendCrcAndEnd(std::string* out, uint16_t crc) {
 
 }  // namespace
 
+const char* unstorableTextReason(std::string_view text) {
+    if (text.find('\n') != std::string_view::npos) return "holds a line break";
+    if (text.find(',') != std::string_view::npos) return "holds a comma";
+    if (!text.empty() && (isBlank(text.front()) || isBlank(text.back()))) {
+        return "begins or ends with white space";
+    }
+    return nullptr;
+}
+
 DecodedLine decodeAfLine(std::string_view line) {
     DecodedLine decoded;
     decodeAfLine(line, &decoded, true);

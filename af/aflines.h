@@ -44,6 +44,10 @@ DecodedLine decodePdOffsetLine(std::string_view line);
 void decodeAfLine(std::string_view line, DecodedLine* decoded, bool sumTexts);
 void decodePdOffsetLine(std::string_view line, DecodedLine* decoded, bool sumTexts);
 
+// Why `text`, stored as one field of a line, would not read back as itself, or null: the loader
+// cuts lines at '\n' and fields at commas, dropping the white space on either side of each comma.
+const char* unstorableTextReason(std::string_view text);
+
 // The CRC of an AF record: its six texts concatenated.
 uint16_t afRecordCrc(const std::vector<std::string_view>& texts);
 

@@ -28,6 +28,25 @@ TEST(AfLines, SplitIsTheRegexTokenSplit) {
     }
 }
 
+// A text the store accepts is exactly one that the loader reads back as itself between two
+// other fields.
+TEST(AfLines, AStorableTextReadsBackAsItself) {
+    const std::regex separator("\\s*,\\s*", std::regex::ECMAScript);
+    const char alphabet[] = {'x', ',', ' ', '\t', '\n', '\v', '\f', '\r', '\0', '\xa0'};
+    std::mt19937 random(7);
+    for (int round = 0; round < 20000; ++round) {
+        std::string text(random() % 5, ' ');
+        for (char& c : text) c = alphabet[random() % sizeof alphabet];
+        const std::string line = "a," + text + ",b";
+        const std::vector<std::string> fields(
+            std::sregex_token_iterator(line.begin(), line.end(), separator, -1),
+            std::sregex_token_iterator());
+        const bool readsBack = text.find('\n') == std::string::npos &&
+                               fields == std::vector<std::string>{"a", text, "b"};
+        ASSERT_EQ(unstorableTextReason(text) == nullptr, readsBack) << testing::PrintToString(text);
+    }
+}
+
 TEST(AfLines, DecodeAndEncodeAsTheLoaderAndTheWritersDo) {
     struct Case {
         bool pdOffset;

@@ -172,6 +172,22 @@ TEST_F(Guarantees, BusyPersistDirectoryEndsTheStageWithoutWriting) {
                                   "nothing was judged\n"));
 }
 
+// 16,777,206 bytes of another module's points: one more point would take the file past the
+// reader's cap, and every later run would refuse it.
+TEST_F(Guarantees, StoreThatWouldPassTheReadersCapWritesNothing) {
+    std::string nearlyFull;
+    for (int i = 0; i < 838859; ++i) nearlyFull += "1,0,OLD,10,300,25,1\n";
+    nearlyFull += "1,0,OLDOLDOLD,10,300,25,1\n";
+    const std::string af = device.persistFile("com.nurvak.afc.bin");
+    writeFile(af, nearlyFull);
+    const RunResult result = device.run({"-n", "0", "-d", "50", "-D", "300", "-t", "30"});
+    EXPECT_EQ(result.out, "Error:failed to write " + af + "\n");
+    EXPECT_EQ(result.err, "Error:cannot store " + af +
+                              ": it would hold 16777231 bytes, more than the 16 MiB a calibration "
+                              "file may hold\n");
+    EXPECT_TRUE(readFile(af) == nearlyFull);
+}
+
 // A store's temporary lives only while the store holds the lock, so an audit never sees one.
 TEST_F(Guarantees, AuditsDuringStoresSeeNoTemporary) {
     std::atomic<bool> storing{true};

@@ -49,6 +49,8 @@ const char kAwb[] = "com.nurvak.awblsccal.f.bin";
 const std::string kAeWrote = "Successfully write file %Pcom.nurvak.aecal.w.bin\n";
 const std::string kAfWrote = "Successfully write %Pcom.nurvak.afc.bin\n";
 const std::string kPdWrote = "Successfully write %Pcom.nurvak.pdoffset.bin\n";
+const std::string kAfFailed = "Error:failed to write %Pcom.nurvak.afc.bin\n";
+const std::string kPdFailed = "Error:failed to write %Pcom.nurvak.pdoffset.bin\n";
 const std::string kLogged = "camera:w,ae,result:1\n";
 const Files kAbc123 = {{kW, "xxxx0006ABC123"}};
 const Files kAb12 = {{kW, "xxxx0004AB12"}};
@@ -333,6 +335,18 @@ std::vector<Case> cases() {
             kAfStore, "", -SIGABRT, {{kAf, "1,0,A,1,2,3,1\n"}}, {}, "Error:fuse-ID length of "
             "vendor.camera.sensor.w.fuseID is not a valid number: \"ABCD\"\n"},
 
+        // A store commits only what the next load reads back as it was meant.
+        {"AfFuseIdWithAComma", {{kW, "xxxx0006AB,123"}}, {}, kAfStore, kAfFailed, 0, {}, {},
+            "Error:cannot store %Pcom.nurvak.afc.bin: the fuse ID \"AB,123\" holds a comma\n"},
+        {"PdOffsetValueWithALineBreak", kAbc123, {}, {"-n", "0", "-L", "1", "-o", "5\n1"},
+            kPdFailed, 0, {}, {}, "Error:cannot store %Pcom.nurvak.pdoffset.bin: the PD-offset "
+            "value \"5\\n1\" holds a line break\n"},
+        {"PdOffsetValuesFromAWindowsFile", kAbc123, {}, {"-n", "0", "-L", "3", "-o",
+            "1.5,-2,0.25\r"}, kPdFailed, 0, {}, {}, "Error:cannot store %Pcom.nurvak.pdoffset.bin: "
+            "the PD-offset value \"0.25\\r\" begins or ends with white space\n"},
+        {"SfrDataFromAWindowsFile", kAbc123, {{kPd, kPdRecord}}, {"-n", "0", "-S",
+            "1,2,3,4,5,6,7,8\r"}, kSfrFailed, 0, {{kPd, kPdRecord}}, {}, "Error:cannot store "
+            "%Pcom.nurvak.pdoffset.bin: the SFR value \"8\\r\" begins or ends with white space\n"},
         {"PdOffsetWrite", kAbc123, {{kPd, kLinkTo + "%R/v"}, {"%R/v", "v"}},
             {"-n", "0", "-o", "1.5,-2", "-L", "2", "-F", "1"}, kPdWrote, 0,
             {{kPd, kPdRecord}, {"%R/v", "v"}}, {"pdoffset"}},
