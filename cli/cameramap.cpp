@@ -1,8 +1,8 @@
 #include "cli/cameramap.h"
 
 #include <climits>
-#include <cstdlib>
 
+#include "base/parseint.h"
 #include "common/cameras.h"
 
 std::string_view cameraMap(std::string_view roleId) {
@@ -12,9 +12,10 @@ std::string_view cameraMap(std::string_view roleId) {
 
 int exposureValue(const std::string& text) {
     size_t slash = text.find('/');
-    if (slash == std::string::npos) return atoi(text.c_str());
-    int numerator = atoi(text.substr(0, slash).c_str());
-    int denominator = atoi(text.substr(slash + 1).c_str());
+    const std::string_view whole = text;
+    if (slash == std::string::npos) return atoiOnDevice(whole);
+    const int numerator = atoiOnDevice(whole.substr(0, slash));
+    const int denominator = atoiOnDevice(whole.substr(slash + 1));
     if (denominator == 0) return 0;
     // The one quotient that does not fit: the device's arm64 division gives INT_MIN, where
     // x86-64 would trap.

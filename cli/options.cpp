@@ -3,7 +3,9 @@
 #include <getopt.h>
 
 #include <cstdio>
-#include <cstdlib>
+#include <utility>
+
+#include "base/parseint.h"
 
 namespace {
 
@@ -36,66 +38,39 @@ const char kShortOptions[] = "n:s:e:E:f:l:d:D:t:c:o:L:S:F:iphu";
 }  // namespace
 
 RunParameters parseOptions(int argc, char* argv[]) {
+    // Numbers are read as the device's atoi reads them: a text that is no number is 0.
+    static constexpr std::pair<char, int RunParameters::*> kNumbers[] = {
+        {'s', &RunParameters::iso},           {'l', &RunParameters::limux},
+        {'d', &RunParameters::dist},          {'D', &RunParameters::dac},
+        {'F', &RunParameters::useflag},       {'t', &RunParameters::temp},
+        {'L', &RunParameters::pdOffsetLength}};
+    static constexpr std::pair<char, std::string RunParameters::*> kTexts[] = {
+        {'n', &RunParameters::camera},
+        {'f', &RunParameters::file},
+        {'e', &RunParameters::ae},
+        {'E', &RunParameters::eeprom},
+        {'c', &RunParameters::check},
+        {'o', &RunParameters::pdOffset},
+        {'S', &RunParameters::pdOffsetSfrData}};
     RunParameters parameters;
     int letter;
     while ((letter = getopt_long(argc, argv, kShortOptions, kLongOptions, nullptr)) != -1) {
-        switch (letter) {
-            case 'n':
-                parameters.camera = optarg;
-                break;
-            case 'f':
-                parameters.file = optarg;
-                break;
-            case 's':
-                parameters.iso = atoi(optarg);
-                break;
-            case 'e':
-                parameters.ae = optarg;
-                break;
-            case 'E':
-                parameters.eeprom = optarg;
-                break;
-            case 'l':
-                parameters.limux = atoi(optarg);
-                break;
-            case 'd':
-                parameters.dist = atoi(optarg);
-                break;
-            case 'D':
-                parameters.dac = atoi(optarg);
-                break;
-            case 'F':
-                parameters.useflag = atoi(optarg);
-                break;
-            case 't':
-                parameters.temp = atoi(optarg);
-                break;
-            case 'c':
-                parameters.check = optarg;
-                break;
-            case 'i':
-                parameters.dump = true;
-                break;
-            case 'p':
-                break;
-            case 'u':
-                parameters.unscreen = true;
-                break;
-            case 'o':
-                parameters.pdOffset = optarg;
-                parameters.hasPdOffset = true;
-                break;
-            case 'L':
-                parameters.pdOffsetLength = atoi(optarg);
-                break;
-            case 'S':
-                parameters.pdOffsetSfrData = optarg;
-                parameters.hasPdOffsetSfrData = true;
-                break;
-            default:
-                parameters.help = true;
-                break;  // -h, '?' and anything unexpected
+        bool known = letter == 'i' || letter == 'u' || letter == 'p';
+        for (const auto& [option, member] : kNumbers) {
+            if (option != letter) continue;
+            parameters.*member = atoiOnDevice(optarg);
+            known = true;
         }
+        for (const auto& [option, member] : kTexts) {
+            if (option != letter) continue;
+            parameters.*member = optarg;
+            known = true;
+        }
+        parameters.hasPdOffset |= letter == 'o';
+        parameters.hasPdOffsetSfrData |= letter == 'S';
+        parameters.dump |= letter == 'i';
+        parameters.unscreen |= letter == 'u';
+        parameters.help |= !known;  // -h, '?' and anything unexpected
     }
     return parameters;
 }

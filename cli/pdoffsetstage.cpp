@@ -1,7 +1,7 @@
 #include <cstdio>
-#include <cstdlib>
 
 #include "af/afcalibrationdata.h"
+#include "base/parseint.h"
 #include "cli/loadcalifiles.h"
 #include "cli/stageactions.h"
 #include "cli/stagelock.h"
@@ -49,7 +49,7 @@ void runPdOffsetSfrData(const RunParameters& parameters) {
     }
     std::vector<float> pdOffset;
     std::vector<float> sfrData;
-    store.getPdoffset(atoi(parameters.camera.c_str()), pdOffset, sfrData);
+    store.getPdoffset(atoiOnDevice(parameters.camera), pdOffset, sfrData);
     fprintf(stdout, "Success write %s\n",
             (listed("pdoffset:", pdOffset) + listed("; pdoffsetSfr:", sfrData)).c_str());
 }

@@ -300,6 +300,9 @@ std::vector<Case> cases() {
             {"%R/private", "1,0,OLD,1,7,1\n"}}, {"afcal", "pdoffset"}},
         {"ReportThatCannotBeWrittenIsSaid", kAbc123, {}, kAfStore, "", 0, {{kAf, kAfPoint}},
             {"afcal"}, "optoquill: standard output: No space left on device\n", {}, outputTo("/dev/full")},
+        // 2^32 + 50: the device's atoi keeps the low 32 bits of strtol's value.
+        {"OptionOutOfRangeReadsAsOnTheDevice", kAbc123, {}, {"-n", "0", "-d", "4294967346", "-D",
+            "300", "-t", "30"}, kAfWrote, 0, {{kAf, kAfPoint}}, {"afcal"}},
         {"AfCheck", {}, {{kAf, kAfPoint}}, {"-c", "ABC123", "-d", "50"}, "dac=300\n", 0,
             {{kAf, kAfPoint}}},
         {"AfCheckAtTheDefaultDistance", {}, {{kAf, kAfPoint}}, {"-c", "ABC123"}, "dac=-1\n", 0,
