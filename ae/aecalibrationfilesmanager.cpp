@@ -10,6 +10,7 @@
 #include "base/parseint.h"
 #include "base/uniquefd.h"
 #include "common/badnumber.h"
+#include "common/fileattribute.h"
 
 namespace {
 
@@ -51,16 +52,8 @@ bool AeCalibrationFilesManager::parse() {
     return matchedBefore;
 }
 
-std::string AeCalibrationFilesManager::propertyFuseId(int roleId) {
-    return Files::readFuseId(kAeFile, roleId, kTag);
-}
-
 bool AeCalibrationFilesManager::write() {
     return files.write();
-}
-
-void AeCalibrationFilesManager::writeLog(bool ok) {
-    files.writeLog(ok);
 }
 
 void AeCalibrationFilesManager::dump(std::string file) {
@@ -84,7 +77,8 @@ void AeCalibrationFilesManager::makeFile(const std::string& camera, const std::s
 
     // The file lies on shared storage: whatever stands at its name is replaced, never followed.
     unlink(file.c_str());
-    UniqueFd fd(open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0644));
+    UniqueFd fd(open(file.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC,
+                     kCalibrationFileMode));
     if (!fd.valid()) {
         fprintf(stdout, "Error:failed to open log file %s\n", file.c_str());
         return;

@@ -16,14 +16,8 @@ class AeCalibrationFilesManager {
     // had matched before this call, so a first match gives false; write() goes by the match.
     bool parse();
 
-    // The sensor's fuse ID for a camera role id, or an empty text.
-    std::string propertyFuseId(int roleId);
-
     // Stores a matched record; true when the AE file was written.
     bool write();
-
-    // Appends "camera:<camera>,ae,result:<ok>" to the calibration log.
-    void writeLog(bool ok);
 
     // Prints an AE file.
     static void dump(std::string file);

@@ -238,10 +238,6 @@ int AfCalibrationData::find(std::string fuseId, std::string dist) {
     return -1;
 }
 
-int AfCalibrationData::check(const afCalData* record) {
-    return afRecordCrc(afTexts(*record));
-}
-
 int AfCalibrationData::getDac(std::string& fuseId, int dist) {
     const int index = find(fuseId, std::to_string(dist));
     if (index < 0) return -1;

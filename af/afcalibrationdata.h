@@ -51,9 +51,6 @@ class AfCalibrationData {
     // Index of the first point of `fuseId` at `dist` (exact texts), or -1.
     int find(std::string fuseId, std::string dist);
 
-    // CRC-16 of the record's six texts, concatenated.
-    int check(const afCalData* record);
-
     // The DAC stored for `fuseId` at `dist`, or -1.
     int getDac(std::string& fuseId, int dist);
 

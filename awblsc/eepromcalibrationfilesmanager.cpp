@@ -17,16 +17,8 @@ bool EepromCalibrationFilesManager::parse() {
     return files.matchFuseId();
 }
 
-std::string EepromCalibrationFilesManager::propertyFuseid(int roleId) {
-    return Files::readFuseId(kAwbLscFile, roleId, kTag);
-}
-
 void EepromCalibrationFilesManager::write() {
     files.write();
-}
-
-void EepromCalibrationFilesManager::writeLog(bool ok) {
-    files.writeLog(ok);
 }
 
 void EepromCalibrationFilesManager::dump(std::string file) {

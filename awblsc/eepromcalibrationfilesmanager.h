@@ -15,14 +15,8 @@ class EepromCalibrationFilesManager {
     // at an earlier call), which is when the file is to be stored and announced.
     bool parse();
 
-    // The sensor's fuse ID for a camera role id, or an empty text.
-    std::string propertyFuseid(int roleId);
-
     // Stores a matched file and logs the outcome.
     void write();
-
-    // Appends "camera:<camera>,awb,result:<ok>" to the calibration log.
-    void writeLog(bool ok);
 
     // Prints an AWB/LSC file.
     static void dump(std::string file);

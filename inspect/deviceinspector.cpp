@@ -7,13 +7,14 @@
 #include "base/paths.h"
 #include "base/text.h"
 #include "common/devicepaths.h"
+#include "common/fileattribute.h"
 #include "common/safefilewriter.h"
 #include "eeprom/eeprombindata.h"
 
 namespace {
 
-constexpr unsigned kMode = 0644;
-constexpr unsigned kOwner = 1000;  // system, the camera service's reader
+constexpr unsigned kMode = kCalibrationFileMode;
+constexpr unsigned kOwner = kSystemId;  // system, the camera service's reader
 
 std::string octal(unsigned mode) {
     char text[8];
@@ -551,7 +552,8 @@ void DeviceInspector::inspectEntries() {
         if ((item.uid != kOwner || item.gid != kOwner) &&
             (message = problem("owner", name, "", Scope::entries))) {
             *message = name + " is owned by " + std::to_string(item.uid) + ":" +
-                       std::to_string(item.gid) + " instead of 1000:1000.";
+                       std::to_string(item.gid) + " instead of " + std::to_string(kOwner) + ":" +
+                       std::to_string(kOwner) + ".";
         }
     }
 }
