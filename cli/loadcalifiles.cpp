@@ -16,5 +16,6 @@ void loadCaliFiles(char const* socketName, char const* payload) {
     }
     // A camera service that hung up must cost a message, not the run: no SIGPIPE for this send.
     const ssize_t sent = send(fd.get(), payload, strlen(payload), MSG_NOSIGNAL);
+    // A short send counts as sent: the payload is a few bytes, and the service reads no more.
     if (sent < 0) fprintf(stdout, "socket send failed\n");
 }
