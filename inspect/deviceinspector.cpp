@@ -270,33 +270,43 @@ InspectReport::Camera* DeviceInspector::cameraOfFocusFuseId(std::string_view fus
     return nullptr;
 }
 
-void DeviceInspector::inspectAfFile() {
-    InspectReport::TextFile& file = report.afFile;
-    file.name = std::string(kAfFileName);
+// What sets the AF and PD-offset files apart in the one walk over their lines.
+struct DeviceInspector::LineFile {
+    void (*decode)(std::string_view line, DecodedLine* decoded, bool sumTexts);
+    const char* recordName;
+    // The rest of the sentence about a line the loader drops or stops on.
+    std::string (*dropped)(const DecodedLine& line);
+    // The record's identity in a CRC sentence, and what a wrong CRC costs.
+    std::string (*identity)(const DecodedLine& line);
+    const char* crcCost;
+};
+
+template <typename Visit>
+void DeviceInspector::inspectLineFile(InspectReport::TextFile* file, std::string_view name,
+                                      const LineFile& kind, Visit visit) {
+    file->name = std::string(name);
     std::string bytes;
-    file.presence = readFile(file.name, "", &bytes);
-    if (file.presence != InspectReport::Presence::read) return;
+    file->presence = readFile(file->name, "", &bytes);
+    if (file->presence != InspectReport::Presence::read) return;
     DecodedLine line;
     UnfittedRun run;
-    auto noteRun = [this, &run, &file] {
+    auto noteRun = [&] {
         if (run.count == 0) return;
-        if (std::string* message = note("unfitted", file.name, run.camera)) {
-            *message = run.sentence(file.name, "AF point");
+        if (std::string* message = note("unfitted", file->name, run.camera)) {
+            *message = run.sentence(file->name, kind.recordName);
         }
         run = UnfittedRun();
     };
     forEachNumberedLine(bytes, [&](size_t number, std::string_view text) {
-        ++file.lines;
-        auto where = [&file, number] {
-            return "Line " + std::to_string(number) + " of " + file.name;
+        ++file->lines;
+        auto where = [file, number] {
+            return "Line " + std::to_string(number) + " of " + file->name;
         };
-        decodeAfLine(text, &line, true);
-        std::string* message = nullptr;
+        kind.decode(text, &line, true);
         if (line.status != LineStatus::ok) {
-            if (size_t* listed = file.droppedLines.add()) *listed = number;
-            if ((message = problem("dropped-line", file.name, ""))) {
-                *message = where() + " has " + counted(line.columnCount, "column") +
-                           " instead of 7, so the next AF store drops it.";
+            if (size_t* listed = file->droppedLines.add()) *listed = number;
+            if (std::string* message = problem("dropped-line", file->name, "")) {
+                *message = where() + kind.dropped(line);
             }
             return;
         }
@@ -304,98 +314,79 @@ void DeviceInspector::inspectAfFile() {
         InspectReport::Camera* camera = cameraOfFocusFuseId(fuseId);
         const bool crcOk = line.storedCrc == line.computedCrc;
         if (!crcOk) {
-            if (size_t* listed = file.crcFailures.add()) *listed = number;
-            if ((message = problem("crc", file.name, camera == nullptr ? "" : camera->name))) {
-                *message = where() + " (fuse ID " + quoted(fuseId) + ", distance " +
-                           std::string(line.fields[3]) + ") has CRC " +
-                           std::to_string(line.storedCrc) + " stored but " +
-                           std::to_string(line.computedCrc) + " computed.";
+            if (size_t* listed = file->crcFailures.add()) *listed = number;
+            if (std::string* message =
+                    problem("crc", file->name, camera == nullptr ? "" : camera->name)) {
+                *message = where() + " (fuse ID " + quoted(fuseId) + kind.identity(line) +
+                           ") has CRC " + std::to_string(line.storedCrc) + " stored but " +
+                           std::to_string(line.computedCrc) + " computed" + kind.crcCost + ".";
             }
         }
-        InspectReport::AfPoint* point = nullptr;
         if (camera != nullptr || run.endedBy(fuseId)) noteRun();
-        if (camera != nullptr) {
-            point = camera->afPoints.add();
-        } else {
-            run.add(fuseId, line.fields[1], number);
-            point = report.unfittedAfPoints.add();
-        }
-        if (point == nullptr) return;
-        *point = {static_cast<int>(number),    std::string(line.fields[0]),
-                  std::string(line.fields[1]), std::string(fuseId),
-                  std::string(line.fields[3]), std::string(line.fields[4]),
-                  std::string(line.fields[5]), crcOk};
+        if (camera == nullptr) run.add(fuseId, line.fields[1], number);
+        visit(static_cast<int>(number), line, camera, crcOk);
     });
     noteRun();
 }
 
+void DeviceInspector::inspectAfFile() {
+    static const LineFile kAfLines = {
+        decodeAfLine, "AF point",
+        [](const DecodedLine& line) {
+            return " has " + counted(line.columnCount, "column") +
+                   " instead of 7, so the next AF store drops it.";
+        },
+        [](const DecodedLine& line) { return ", distance " + std::string(line.fields[3]); }, ""};
+    inspectLineFile(
+        &report.afFile, kAfFileName, kAfLines,
+        [this](int number, const DecodedLine& line, InspectReport::Camera* camera, bool crcOk) {
+            InspectReport::AfPoint* point =
+                camera != nullptr ? camera->afPoints.add() : report.unfittedAfPoints.add();
+            if (point == nullptr) return;
+            const auto& f = line.fields;
+            *point = {number,
+                      std::string(f[0]),
+                      std::string(f[1]),
+                      std::string(f[2]),
+                      std::string(f[3]),
+                      std::string(f[4]),
+                      std::string(f[5]),
+                      crcOk};
+        });
+}
+
 void DeviceInspector::inspectPdOffsetFile() {
-    InspectReport::TextFile& file = report.pdOffsetFile;
-    file.name = std::string(kPdOffsetFileName);
-    std::string bytes;
-    file.presence = readFile(file.name, "", &bytes);
-    if (file.presence != InspectReport::Presence::read) return;
-    DecodedLine line;
-    UnfittedRun run;
-    auto noteRun = [this, &run, &file] {
-        if (run.count == 0) return;
-        if (std::string* message = note("unfitted", file.name, run.camera)) {
-            *message = run.sentence(file.name, "PD-offset record");
-        }
-        run = UnfittedRun();
-    };
-    forEachNumberedLine(bytes, [&](size_t number, std::string_view text) {
-        ++file.lines;
-        auto where = [&file, number] {
-            return "Line " + std::to_string(number) + " of " + file.name;
-        };
-        decodePdOffsetLine(text, &line, true);
-        std::string* message = nullptr;
-        if (line.status != LineStatus::ok) {
-            if (size_t* listed = file.droppedLines.add()) *listed = number;
-            if (!(message = problem("dropped-line", file.name, ""))) return;
-            *message = where() + (line.status == LineStatus::lengthNotANumber
-                                      ? " has a value count that is not a number, so a PD-offset "
-                                        "store stops abnormally on it."
-                                      : " has " + counted(line.columnCount, "field") +
-                                            ", a count no PD-offset record has, so the next "
-                                            "PD-offset store drops it.");
-            return;
-        }
-        const std::string_view fuseId = line.fields[2];
-        InspectReport::Camera* camera = cameraOfFocusFuseId(fuseId);
-        const bool crcOk = line.storedCrc == line.computedCrc;
-        if (!crcOk) {
-            if (size_t* listed = file.crcFailures.add()) *listed = number;
-            if ((message = problem("crc", file.name, camera == nullptr ? "" : camera->name))) {
-                *message = where() + " (fuse ID " + quoted(fuseId) + ") has CRC " +
-                           std::to_string(line.storedCrc) + " stored but " +
-                           std::to_string(line.computedCrc) +
-                           " computed, so the read-back refuses it.";
+    static const LineFile kPdOffsetLines = {
+        decodePdOffsetLine, "PD-offset record",
+        [](const DecodedLine& line) -> std::string {
+            if (line.status == LineStatus::lengthNotANumber) {
+                return " has a value count that is not a number, so a PD-offset store stops "
+                       "abnormally on it.";
             }
-        }
-        auto fill = [&](InspectReport::PdOffsetRecord* into) {
-            *into = {static_cast<int>(number),
-                     std::string(line.fields[0]),
-                     std::string(line.fields[1]),
-                     std::string(fuseId),
-                     line.valueCount,
-                     line.hasSfrData,
-                     crcOk};
-        };
-        if (camera != nullptr) {
-            noteRun();
-            if (!camera->hasPdOffset) {  // the read-back takes a module's first record
+            return " has " + counted(line.columnCount, "field") +
+                   ", a count no PD-offset record has, so the next PD-offset store drops it.";
+        },
+        [](const DecodedLine&) { return std::string(); }, ", so the read-back refuses it"};
+    inspectLineFile(
+        &report.pdOffsetFile, kPdOffsetFileName, kPdOffsetLines,
+        [this](int number, const DecodedLine& line, InspectReport::Camera* camera, bool crcOk) {
+            // The read-back takes a module's first record.
+            InspectReport::PdOffsetRecord* record = nullptr;
+            if (camera == nullptr) {
+                record = report.unfittedPdOffsets.add();
+            } else if (!camera->hasPdOffset) {
                 camera->hasPdOffset = true;
-                fill(&camera->pdOffset);
+                record = &camera->pdOffset;
             }
-            return;
-        }
-        if (run.endedBy(fuseId)) noteRun();
-        run.add(fuseId, line.fields[1], number);
-        if (InspectReport::PdOffsetRecord* listed = report.unfittedPdOffsets.add()) fill(listed);
-    });
-    noteRun();
+            if (record == nullptr) return;
+            *record = {number,
+                       std::string(line.fields[0]),
+                       std::string(line.fields[1]),
+                       std::string(line.fields[2]),
+                       line.valueCount,
+                       line.hasSfrData,
+                       crcOk};
+        });
 }
 
 void DeviceInspector::inspectEepromCopy(const std::string& name) {
@@ -558,66 +549,75 @@ void DeviceInspector::inspectEntries() {
     }
 }
 
+namespace {
+
+// What a need of one kind looks at: the file, whether it holds the fitted module's calibration,
+// and the words for it.
+struct NeedFacts {
+    std::string file;
+    InspectReport::Presence presence = InspectReport::Presence::read;
+    bool met = false;
+    const char* what = "";
+    std::string lacking;  // why a file that was read does not meet it; empty: not told
+};
+
+NeedFacts needFacts(NeedKind kind, const InspectReport& report,
+                    const InspectReport::Camera& camera) {
+    const std::string fuseId = quoted(camera.focusSensor.fuseId);
+    switch (kind) {
+        case NeedKind::ae:
+            return {camera.ae.name, camera.ae.presence,
+                    camera.ae.presence == InspectReport::Presence::read && camera.ae.fuseIdMatches,
+                    "AE calibration", ""};
+        case NeedKind::awblsc:
+            return {camera.awbLsc.name, camera.awbLsc.presence,
+                    camera.awbLsc.presence == InspectReport::Presence::read &&
+                        camera.awbLsc.fuseIdMatches,
+                    "AWB/LSC calibration", ""};
+        case NeedKind::af:
+            return {report.afFile.name, report.afFile.presence, camera.afPoints.count > 0,
+                    "AF calibration",
+                    report.afFile.name + " holds no AF point of fuse ID " + fuseId};
+        case NeedKind::pdoffset:
+            return {report.pdOffsetFile.name, report.pdOffsetFile.presence, camera.hasPdOffset,
+                    "a PD offset",
+                    report.pdOffsetFile.name + " holds no record of fuse ID " + fuseId};
+        case NeedKind::eeprom:
+            break;
+    }
+    return {"", InspectReport::Presence::read, camera.hasEepromCopy, "an EEPROM copy",
+            "none is stored for fuse ID " + quoted(camera.sensor.fuseId)};
+}
+
+}  // namespace
+
 void DeviceInspector::judgeNeeds() {
     for (const ProductNeed& need : needs) {
         InspectReport::Camera* camera = nullptr;
         for (InspectReport::Camera& candidate : report.cameras) {
             if (candidate.roleId == need.camera->roleId) camera = &candidate;
         }
-        const std::string kind(need.kind);
-        // Which sensor the stores of this kind go by, the file, and whether it holds the
-        // fitted module's calibration.
-        const bool focus = kind == "af" || kind == "pdoffset";
+        // The AF and PD-offset stores go by the focus sensor, the others by the sensor.
+        const bool focus = need.kind == NeedKind::af || need.kind == NeedKind::pdoffset;
         const FuseIdProperty& sensor = focus ? camera->focusSensor : camera->sensor;
-        std::string file;
-        InspectReport::Presence presence = InspectReport::Presence::read;
-        bool met = false;
-        std::string what;
-        std::string lacking;
-        if (kind == "ae") {
-            file = camera->ae.name;
-            presence = camera->ae.presence;
-            met = presence == InspectReport::Presence::read && camera->ae.fuseIdMatches;
-            what = "AE calibration";
-        } else if (kind == "awblsc") {
-            file = camera->awbLsc.name;
-            presence = camera->awbLsc.presence;
-            met = presence == InspectReport::Presence::read && camera->awbLsc.fuseIdMatches;
-            what = "AWB/LSC calibration";
-        } else if (kind == "af") {
-            file = report.afFile.name;
-            presence = report.afFile.presence;
-            met = camera->afPoints.count > 0;
-            what = "AF calibration";
-            lacking = file + " holds no AF point of fuse ID " + quoted(sensor.fuseId);
-        } else if (kind == "pdoffset") {
-            file = report.pdOffsetFile.name;
-            presence = report.pdOffsetFile.presence;
-            met = camera->hasPdOffset;
-            what = "a PD offset";
-            lacking = file + " holds no record of fuse ID " + quoted(sensor.fuseId);
-        } else {
-            met = camera->hasEepromCopy;
-            what = "an EEPROM copy";
-            lacking = "none is stored for fuse ID " + quoted(sensor.fuseId);
-        }
-        report.needs.push_back({camera->name, kind, met});
+        const NeedFacts facts = needFacts(need.kind, report, *camera);
+        report.needs.push_back({camera->name, std::string(needKindName(need.kind)), facts.met});
         // A need that another problem already explains (a file for another module, one that
         // cannot be read, a malformed property) is not told twice.
         std::string reason;
         if (!sensor.set()) {
             reason = "no sensor is fitted";
-        } else if (met || !sensor.wellFormed) {
+        } else if (facts.met || !sensor.wellFormed) {
             continue;
-        } else if (presence == InspectReport::Presence::absent) {
-            reason = file + " is absent";
-        } else if (presence == InspectReport::Presence::read && !lacking.empty()) {
-            reason = lacking;
+        } else if (facts.presence == InspectReport::Presence::absent) {
+            reason = facts.file + " is absent";
+        } else if (facts.presence == InspectReport::Presence::read && !facts.lacking.empty()) {
+            reason = facts.lacking;
         } else {
             continue;
         }
-        if (std::string* message = problem("missing", file, camera->name)) {
-            *message = "Camera " + camera->name + " needs " + what + ", but " + reason + ".";
+        if (std::string* message = problem("missing", facts.file, camera->name)) {
+            *message = "Camera " + camera->name + " needs " + facts.what + ", but " + reason + ".";
         }
     }
 }

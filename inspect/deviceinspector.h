@@ -33,6 +33,12 @@ class DeviceInspector {
     // history where no sensor is fitted, a problem where another one is.
     void otherFuseId(const std::string& file, const std::string& fuseId,
                      const InspectReport::Camera& camera);
+    // One walk over the lines of the AF or the PD-offset file: dropped lines, CRCs and runs of
+    // an unfitted module's lines are judged alike; `visit` takes each line the loader keeps.
+    struct LineFile;
+    template <typename Visit>
+    void inspectLineFile(InspectReport::TextFile* file, std::string_view name, const LineFile& kind,
+                         Visit visit);
     void inspectAfFile();
     void inspectPdOffsetFile();
     void inspectEepromCopy(const std::string& name);

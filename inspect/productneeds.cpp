@@ -1,10 +1,11 @@
 #include "inspect/productneeds.h"
 
-namespace {
+#include <algorithm>
+#include <iterator>
 
-std::string quoted(std::string_view text) {
-    return "\"" + std::string(text) + "\"";
-}
+#include "base/text.h"
+
+namespace {
 
 // The short names of the camera map whose `column` is set, "w, f, ...".
 std::string cameraNames(CameraColumn column) {
@@ -38,20 +39,20 @@ std::string parseProductNeeds(std::string_view text, std::vector<ProductNeed>* n
     for (;;) {
         const size_t comma = kinds.find(',');
         const std::string_view kind = kinds.substr(0, comma);
-        const std::string_view* known = nullptr;
-        for (const std::string_view& candidate : kNeedKinds) {
-            if (candidate == kind) known = &candidate;
+        const auto* known = std::find(std::begin(kNeedKinds), std::end(kNeedKinds), kind);
+        if (known == std::end(kNeedKinds)) {
+            return what + "no kind " + quoted(kind) + " (" + kindNames() + ")";
         }
-        if (known == nullptr) return what + "no kind " + quoted(kind) + " (" + kindNames() + ")";
-        if (*known == "awblsc" && camera->awbLscFile.empty()) {
+        const NeedKind need = static_cast<NeedKind>(known - std::begin(kNeedKinds));
+        if (need == NeedKind::awblsc && camera->awbLscFile.empty()) {
             return what + "camera " + std::string(camera->shortName) +
                    " has no AWB/LSC file (only " + cameraNames(&CameraRole::awbLscFile) + ")";
         }
         bool twice = false;
-        for (const ProductNeed& need : *needs) {
-            twice |= need.camera == camera && need.kind == *known;
+        for (const ProductNeed& earlier : *needs) {
+            twice |= earlier.camera == camera && earlier.kind == need;
         }
-        if (!twice) needs->push_back({camera, *known});
+        if (!twice) needs->push_back({camera, need});
         if (comma == std::string_view::npos) return "";
         kinds.remove_prefix(comma + 1);
     }
