@@ -66,6 +66,13 @@ TEST_F(Guarantees, StationsStoringAtOnceLoseNothing) {
     for (const char* distance : {"10", "11", "12", "13"}) {
         EXPECT_NE(points.find(std::string("0,0,AB12,") + distance + ",300,30,"), std::string::npos);
     }
+    // Every camera position's store is what the audit finds for it.
+    const RunResult audit =
+        device.run({"--expect", "w=ae,af", "--expect", "f=ae,awblsc", "--expect", "t=ae",
+                    "--expect", "u=ae", "--expect", "m=ae", "--expect", "t4x=ae", "--expect",
+                    "m2x=ae", "--expect", "d=ae", "--expect", "faux=awblsc"},
+                   auditRun());
+    EXPECT_EQ(audit.out.substr(0, 5), "PASS\n") << audit.out;
 }
 
 // Without the right to give files to the system user, the mode is still set, each file's owner
