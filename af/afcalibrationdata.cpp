@@ -57,6 +57,16 @@ std::vector<std::string_view> textsOf(std::string_view stored) {
     return texts;
 }
 
+// The `index`-th text of a record as stored, without splitting the others out.
+std::string_view storedText(std::string_view stored, size_t index) {
+    for (; index > 0; --index) {
+        const size_t comma = stored.find(',');
+        if (comma == std::string_view::npos) return {};
+        stored.remove_prefix(comma + 1);
+    }
+    return stored.substr(0, stored.find(','));
+}
+
 // The first `count` fields of a decoded line as they will be written: the line itself when its
 // fields are separated by bare commas, so that a file this store wrote is taken without a copy;
 // otherwise the fields joined again, added to `added`. Gives the record's place.
@@ -157,12 +167,11 @@ bool rewriteFile(const std::string& file, bool loaded, Build build) {
     return true;
 }
 
-// Appends a record's line: its stored texts, its CRC and "\n"; then logs it.
+// Appends a record's line, its stored texts ended by its CRC and "\n", with the line layer's one
+// encoder; then logs it.
 void appendLine(std::string* content, std::string_view texts, uint16_t crc) {
     const size_t from = content->size();
-    content->append(texts);
-    content->append(std::to_string(crc));
-    content->push_back('\n');
+    appendStoredLine(content, texts, crc);
     __android_log_print(ANDROID_LOG_INFO, kTag, "write record: %.*s",
                         static_cast<int>(content->size() - from), content->data() + from);
 }
@@ -230,8 +239,8 @@ std::string AfCalibrationData::getFuseId(std::string camera) {
 
 int AfCalibrationData::find(std::string fuseId, std::string dist) {
     for (size_t i = 0; i < afCalDataList.size(); ++i) {
-        const std::vector<std::string_view> texts = afTexts(afCalDataList[i]);
-        if (texts.size() > 3 && texts[2] == fuseId && texts[3] == dist) {
+        const std::string_view texts = stored(afCalDataList[i]);
+        if (storedText(texts, 2) == fuseId && storedText(texts, 3) == dist) {
             return static_cast<int>(i);
         }
     }
@@ -395,8 +404,7 @@ void AfCalibrationData::pdOffsetParse() {
 
 int AfCalibrationData::pdOffsetFind(std::string fuseId) {
     for (size_t i = 0; i < pdOffsetCalDataList.size(); ++i) {
-        const std::vector<std::string_view> texts = pdOffsetTexts(pdOffsetCalDataList[i]);
-        if (texts.size() > 2 && texts[2] == fuseId) return static_cast<int>(i);
+        if (storedText(stored(pdOffsetCalDataList[i]), 2) == fuseId) return static_cast<int>(i);
     }
     return -1;
 }

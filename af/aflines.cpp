@@ -26,6 +26,11 @@ void appendCrcAndEnd(std::string* out, uint16_t crc) {
 
 }  // namespace
 
+void appendStoredLine(std::string* out, std::string_view texts, uint16_t crc) {
+    out->append(texts);
+    appendCrcAndEnd(out, crc);
+}
+
 const char* unstorableTextReason(std::string_view text) {
     if (text.find('\n') != std::string_view::npos) return "holds a line break";
     if (text.find(',') != std::string_view::npos) return "holds a comma";

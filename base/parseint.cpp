@@ -32,13 +32,17 @@ Scanned scan(std::string_view text, int base) {
                            digitValue(text[i + 2]) < 16;
     if (hexPrefix) i += 2;
     const unsigned long long radix = static_cast<unsigned long long>(base);
+    // magnitude * radix + value passes kLimit exactly when one of these says so.
+    const unsigned long long cutoff = Scanned::kLimit / radix;
+    const unsigned long long cutoffDigit = Scanned::kLimit % radix;
     for (; i < text.size(); ++i) {
         const int digit = digitValue(text[i]);
         if (digit >= base) break;
         number.found = true;
         const unsigned long long value = static_cast<unsigned long long>(digit);
         // Past the limit only the digits are walked: no more arithmetic, no overflow.
-        if (number.beyond || number.magnitude > (Scanned::kLimit - value) / radix) {
+        if (number.beyond || number.magnitude > cutoff ||
+            (number.magnitude == cutoff && value > cutoffDigit)) {
             number.beyond = true;
             number.magnitude = Scanned::kLimit;
         } else {
