@@ -2,9 +2,9 @@
 
 // What a stage that may end the run tells the sequence: go on, or end with a status.
 struct StageResult {
-    bool endsRun = false;
-    int status = 0;
+    bool endsRun;
+    int status;
 
-    static StageResult goOn() { return {}; }
+    static StageResult goOn() { return {false, 0}; }
     static StageResult endRun(int status) { return {true, status}; }
 };

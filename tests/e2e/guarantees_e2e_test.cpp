@@ -14,6 +14,7 @@
 #include "base/uniquefd.h"
 #include "tests/support/awblscfile.h"
 #include "tests/support/devicefolder.h"
+#include "tests/support/socketlistener.h"
 
 namespace {
 
@@ -119,15 +120,31 @@ TEST_F(Guarantees, ShortLogAppendLeavesOnlyWholeLines) {
     const std::string log = device.persistFile(kLog);
     std::string lines;
     for (int i = 0; i < 100; ++i) lines += "camera:w,ae,result:1\n";
-    writeFile(log, lines);
-    RunOptions fullDisk;
-    fullDisk.fileSizeLimit = static_cast<long>(lines.size()) + 10;  // 10 of the line's 21 bytes
     const std::vector<std::string> aeStore = {"-n", "0", "-l", "100", "-s", "200", "-e", "300"};
-    RunResult result = device.run(aeStore, fullDisk);
-    EXPECT_EQ(result.err, "Error:failed to append to log file " + log + ": wrote 10 of 21 bytes\n");
-    EXPECT_EQ(readFile(log), lines);
-    ASSERT_EQ(device.run(aeStore).status, 0);
-    EXPECT_EQ(readFile(log), lines + "camera:w,ae,result:1\n");
+    // A log that the append creates, then one of 100 lines.
+    for (const std::string& before : {std::string(), lines}) {
+        if (!before.empty()) writeFile(log, before);
+        RunOptions fullDisk;
+        fullDisk.fileSizeLimit = static_cast<long>(before.size()) + 16;  // 16 of the 21 bytes
+        RunResult result = device.run(aeStore, fullDisk);
+        EXPECT_EQ(result.err,
+                  "Error:failed to append to log file " + log + ": wrote 16 of 21 bytes\n");
+        EXPECT_EQ(readFile(log), before);
+        ASSERT_EQ(device.run(aeStore).status, 0);
+        EXPECT_EQ(readFile(log), before + "camera:w,ae,result:1\n");
+    }
+}
+
+// A camera service that hung up costs a line, not the run.
+TEST_F(Guarantees, FailedNotificationIsSaid) {
+    if (!canTrace()) GTEST_SKIP() << "needs strace and a native tool";
+    SocketListener service(device.socketPrefix() + "com.nurvak.loadCalibrationFiles");
+    RunOptions options;
+    options.strace = {"-o", "/dev/null", "-e", "trace=sendto", "-e", "inject=sendto:error=EPIPE"};
+    RunResult result = device.run({"-n", "0", "-d", "50", "-D", "300", "-t", "30"}, options);
+    EXPECT_EQ(result.out, "Successfully write " + device.persistFile("com.nurvak.afc.bin") +
+                              "\nsocket send failed\n");
+    EXPECT_EQ(result.status, 0);
 }
 
 // Station A waits, holding the lock on the persist directory, while the directory is replaced
