@@ -10,6 +10,7 @@
 #include <string_view>
 
 #include "af/aflines.h"
+#include "af/calibrationlines.h"
 #include "base/filereader.h"
 #include "base/text.h"
 #include "common/badnumber.h"
@@ -22,89 +23,6 @@
 namespace {
 
 const char kTag[] = "AfCalibrationData";
-
-// Adds a persist file's bytes to the text of the loaded records (read straight into it the first
-// time). A link at the name counts as no file. False, with the reason logged, when something
-// else stands there or it cannot be read: the store then keeps it as it is.
-bool appendText(const std::string& file, std::string* text, bool* exists) {
-    FileRead read = loadRecordFile(file);
-    *exists = read.ok();
-    if (read.status == FileRead::Status::absent || read.status == FileRead::Status::link) {
-        return true;
-    }
-    if (!read.ok()) {
-        __android_log_print(ANDROID_LOG_ERROR, kTag, "cannot load %s: %s", file.c_str(),
-                            read.reason().c_str());
-        return false;
-    }
-    // Records address the text with 32-bit offsets: the read cap keeps it far below 4 GiB.
-    if (text->empty()) {
-        *text = std::move(read.bytes);
-    } else {
-        text->append(read.bytes);
-    }
-    return true;
-}
-
-// The texts of a record as stored, each followed by ",".
-std::vector<std::string_view> textsOf(std::string_view stored) {
-    std::vector<std::string_view> texts;
-    size_t start = 0;
-    for (size_t comma; (comma = stored.find(',', start)) != std::string_view::npos;
-         start = comma + 1) {
-        texts.push_back(stored.substr(start, comma - start));
-    }
-    return texts;
-}
-
-// The `index`-th text of a record as stored, without splitting the others out.
-std::string_view storedText(std::string_view stored, size_t index) {
-    for (; index > 0; --index) {
-        const size_t comma = stored.find(',');
-        if (comma == std::string_view::npos) return {};
-        stored.remove_prefix(comma + 1);
-    }
-    return stored.substr(0, stored.find(','));
-}
-
-// The first `count` fields of a decoded line as they will be written: the line itself when its
-// fields are separated by bare commas, so that a file this store wrote is taken without a copy;
-// otherwise the fields joined again, added to `added`. Gives the record's place.
-template <typename Record>
-void storeFields(const DecodedLine& line, size_t count, std::string_view loaded, std::string* added,
-                 Record* record) {
-    const char* begin = line.fields.front().data();
-    size_t joined = 0;
-    for (size_t i = 0; i < count; ++i) joined += line.fields[i].size() + 1;
-    if (static_cast<size_t>(line.fields[count].data() - begin) == joined) {
-        record->start = static_cast<uint32_t>(begin - loaded.data());
-        record->size = static_cast<uint32_t>(joined);
-        return;
-    }
-    record->added = true;
-    record->start = static_cast<uint32_t>(added->size());
-    record->size = static_cast<uint32_t>(joined);
-    for (size_t i = 0; i < count; ++i) {
-        added->append(line.fields[i]);
-        added->push_back(',');
-    }
-}
-
-// Stores a record's new texts in `added`, each followed by ",". They may lie in `added` already.
-template <typename Record>
-void storeTexts(const std::vector<std::string_view>& texts, std::string* added, Record* record) {
-    std::string joined;
-    for (std::string_view text : texts) joined.append(text).push_back(',');
-    record->added = true;
-    record->start = static_cast<uint32_t>(added->size());
-    record->size = static_cast<uint32_t>(joined.size());
-    added->append(joined);
-}
-
-// The number of lines of a text, to size the record lists once.
-size_t lineCount(std::string_view text) {
-    return static_cast<size_t>(std::count(text.begin(), text.end(), '\n')) + 1;
-}
 
 // A value as atof reads it, rounded to the nearest float. Past the largest float, values below
 // the midpoint between it and 2^128 still round to it; from there on they are an infinity. The
@@ -141,41 +59,6 @@ const char* afField(size_t i) {
     return kNames[i];
 }
 
-// Replaces a whole calibration text file with the lines that `build` appends to one buffer
-// (logging each as it goes) in one write; false (and the old file kept) when it could not be
-// written, or when the file could not be loaded and so cannot be rewritten without losing it.
-template <typename Build>
-bool rewriteFile(const std::string& file, bool loaded, Build build) {
-    if (!loaded) {
-        __android_log_print(ANDROID_LOG_ERROR, kTag, "flush:kept %s, which could not be loaded\n",
-                            file.c_str());
-        return false;
-    }
-    std::string content;
-    build(&content);
-    // The next run's reader would refuse the file, and every later store with it.
-    if (content.size() > kMaxFileSize) {
-        fprintf(stderr,
-                "Error:cannot store %s: it would hold %zu bytes, more than the 16 MiB a "
-                "calibration file may hold\n",
-                file.c_str(), content.size());
-        return false;
-    }
-    const WriteResult result = storeRecordFile(file, content, kTag, "flush:", 0);
-    if (!result.stored()) return false;
-    reportFileAttribute(file.c_str(), 0, result.ownerError);
-    return true;
-}
-
-// Appends a record's line, its stored texts ended by its CRC and "\n", with the line layer's one
-// encoder; then logs it.
-void appendLine(std::string* content, std::string_view texts, uint16_t crc) {
-    const size_t from = content->size();
-    appendStoredLine(content, texts, crc);
-    __android_log_print(ANDROID_LOG_INFO, kTag, "write record: %.*s",
-                        static_cast<int>(content->size() - from), content->data() + from);
-}
-
 int dacTolerance(int largestDac) {
     // 120/1024 of a 10-, 12- or 14-bit DAC's range; past that only an exact DAC passes.
     if (largestDac < 1024) return 120;
@@ -192,36 +75,25 @@ bool AfCalibrationData::init() {
 }
 
 bool AfCalibrationData::parse() {
-    const size_t from = loadedText.size();
-    bool exists = false;
-    loaded = appendText(path, &loadedText, &exists) && loaded;
-    if (!exists) {
-        __android_log_print(ANDROID_LOG_INFO, kTag, "Filed not Exist %s", path.c_str());
-        return true;
-    }
-    afCalDataList.reserve(afCalDataList.size() +
-                          lineCount(std::string_view(loadedText).substr(from)));
-    DecodedLine decoded;
-    forEachLine(std::string_view(loadedText).substr(from), [&](std::string_view line) {
-        decodeAfLine(line, &decoded, false);
+    const auto keep = [](std::string_view, const DecodedLine& decoded) {
         if (decoded.status != LineStatus::ok) {
             __android_log_print(ANDROID_LOG_ERROR, kTag,
                                 "Not expected file format, colum number: %d", decoded.columnCount);
-            return;
+            return false;
         }
-        const std::vector<std::string_view>& f = decoded.fields;
         // The stored CRC is kept as it is: only write() re-sums a record it changes.
-        afCalData record;
-        record.crc = decoded.storedCrc;
-        storeFields(decoded, 6, loadedText, &addedText, &record);
+        const std::vector<std::string_view>& f = decoded.fields;
         const auto s = [](std::string_view text) { return static_cast<int>(text.size()); };
         __android_log_print(ANDROID_LOG_INFO, kTag,
                             "exist calibration info: %.*s, %.*s, %.*s, %.*s, %.*s, %.*s, %u\n",
                             s(f[0]), f[0].data(), s(f[1]), f[1].data(), s(f[2]), f[2].data(),
                             s(f[3]), f[3].data(), s(f[4]), f[4].data(), s(f[5]), f[5].data(),
-                            static_cast<unsigned>(record.crc));
-        afCalDataList.push_back(record);
-    });
+                            static_cast<unsigned>(decoded.storedCrc));
+        return true;
+    };
+    if (!points.load(path, decodeAfLine, keep)) {
+        __android_log_print(ANDROID_LOG_INFO, kTag, "Filed not Exist %s", path.c_str());
+    }
     return true;
 }
 
@@ -238,30 +110,22 @@ std::string AfCalibrationData::getFuseId(std::string camera) {
 }
 
 int AfCalibrationData::find(std::string fuseId, std::string dist) {
-    for (size_t i = 0; i < afCalDataList.size(); ++i) {
-        const std::string_view texts = stored(afCalDataList[i]);
-        if (storedText(texts, 2) == fuseId && storedText(texts, 3) == dist) {
-            return static_cast<int>(i);
-        }
-    }
-    return -1;
+    return points.find([&](std::string_view stored) {
+        return CalibrationLines::textOf(stored, 2) == fuseId &&
+               CalibrationLines::textOf(stored, 3) == dist;
+    });
 }
 
 int AfCalibrationData::getDac(std::string& fuseId, int dist) {
     const int index = find(fuseId, std::to_string(dist));
     if (index < 0) return -1;
-    const std::string dac(afTexts(afCalDataList[index])[4]);
+    const std::string dac(points.texts(points.records[index])[4]);
     return leadingIntOrAbort(dac,
                              "stored DAC of " + fuseId + " at distance " + std::to_string(dist));
 }
 
 bool AfCalibrationData::flush() {
-    return rewriteFile(path, loaded, [this](std::string* content) {
-        content->reserve(loadedText.size() + addedText.size() + 6 * afCalDataList.size());
-        for (const afCalData& record : afCalDataList) {
-            appendLine(content, stored(record), record.crc);
-        }
-    });
+    return points.flush(path);
 }
 
 bool AfCalibrationData::write(const std::string& camera, int dist, int dac, int temp, int useFlag) {
@@ -288,21 +152,14 @@ bool AfCalibrationData::write(const std::string& camera, int dist, int dac, int 
     const std::string tempText = std::to_string(temp);
     std::vector<std::string_view> texts = {useFlagText, camera,  fuseId,
                                            distText,    dacText, tempText};
-    afCalData record;
     if (index >= 0) {
-        const std::vector<std::string_view> old = afTexts(afCalDataList[index]);
+        const std::vector<std::string_view> old = points.texts(points.records[index]);
         texts[2] = old[2];
         texts[3] = old[3];
     }
     if (!readsBack(path, texts, afField)) return false;
     // Summed from the texts themselves, whatever they hold.
-    record.crc = afRecordCrc(texts);
-    storeTexts(texts, &addedText, &record);
-    if (index >= 0) {
-        afCalDataList[index] = record;
-    } else {
-        afCalDataList.push_back(record);
-    }
+    points.put(index, texts, afRecordCrc(texts), 0);
     return true;
 }
 
@@ -366,18 +223,7 @@ void AfCalibrationData::pdOffsetInit() {
 }
 
 void AfCalibrationData::pdOffsetParse() {
-    const size_t from = loadedText.size();
-    bool exists = false;
-    pdOffsetLoaded = appendText(pdOffsetPath, &loadedText, &exists) && pdOffsetLoaded;
-    if (!exists) {
-        __android_log_print(ANDROID_LOG_INFO, kTag, "Filed not Exist %s", pdOffsetPath.c_str());
-        return;
-    }
-    pdOffsetCalDataList.reserve(pdOffsetCalDataList.size() +
-                                lineCount(std::string_view(loadedText).substr(from)));
-    DecodedLine decoded;
-    forEachLine(std::string_view(loadedText).substr(from), [&](std::string_view line) {
-        decodePdOffsetLine(line, &decoded, false);
+    const auto keep = [](std::string_view line, const DecodedLine& decoded) {
         const std::vector<std::string_view>& fields = decoded.fields;
         if (decoded.status == LineStatus::lengthNotANumber) {
             abortOnBadNumber("PD-offset length of fuse ID " + std::string(fields[2]),
@@ -389,41 +235,33 @@ void AfCalibrationData::pdOffsetParse() {
                                     "Not expected file format, colum number: %d",
                                     decoded.columnCount);
             }
-            return;
+            return false;
         }
-        pdOffsetCalData record;
-        record.valueCount = static_cast<uint32_t>(decoded.valueCount);
         // The stored CRC is kept as it is: only the read-back checks it.
-        record.crc = decoded.storedCrc;
-        storeFields(decoded, fields.size() - 1, loadedText, &addedText, &record);
         __android_log_print(ANDROID_LOG_INFO, kTag, "exist pdaf offset info : %.*s",
                             static_cast<int>(line.size()), line.data());
-        pdOffsetCalDataList.push_back(record);
-    });
+        return true;
+    };
+    if (!pdOffsets.load(pdOffsetPath, decodePdOffsetLine, keep)) {
+        __android_log_print(ANDROID_LOG_INFO, kTag, "Filed not Exist %s", pdOffsetPath.c_str());
+    }
 }
 
 int AfCalibrationData::pdOffsetFind(std::string fuseId) {
-    for (size_t i = 0; i < pdOffsetCalDataList.size(); ++i) {
-        if (storedText(stored(pdOffsetCalDataList[i]), 2) == fuseId) return static_cast<int>(i);
-    }
-    return -1;
+    return pdOffsets.find(
+        [&](std::string_view stored) { return CalibrationLines::textOf(stored, 2) == fuseId; });
 }
 
 int AfCalibrationData::pdOffsetCheck(const pdOffsetCalData* record) {
     if (record == nullptr) return 0;
-    const std::vector<std::string_view> texts = pdOffsetTexts(*record);
+    const std::vector<std::string_view> texts = pdOffsets.texts(*record);
     const auto values = texts.begin() + 4;
     const auto sfrData = values + record->valueCount;
     return pdOffsetRecordCrc({texts.begin(), values}, {values, sfrData}, {sfrData, texts.end()});
 }
 
 bool AfCalibrationData::pdOffsetFlush() {
-    return rewriteFile(pdOffsetPath, pdOffsetLoaded, [this](std::string* content) {
-        content->reserve(loadedText.size() + addedText.size() + 6 * pdOffsetCalDataList.size());
-        for (const pdOffsetCalData& record : pdOffsetCalDataList) {
-            appendLine(content, stored(record), record.crc);
-        }
-    });
+    return pdOffsets.flush(pdOffsetPath);
 }
 
 bool AfCalibrationData::pdOffsetWrite(const std::string& camera, int pdOffsetLength,
@@ -450,20 +288,13 @@ bool AfCalibrationData::pdOffsetWrite(const std::string& camera, int pdOffsetLen
     if (!readsBack(pdOffsetPath, texts, field)) return false;
     std::vector<std::string_view> sfrData;
     if (index >= 0) {
-        const pdOffsetCalData& old = pdOffsetCalDataList[index];
-        const std::vector<std::string_view> texts = pdOffsetTexts(old);
-        sfrData.assign(texts.begin() + 4 + old.valueCount, texts.end());
+        const pdOffsetCalData& old = pdOffsets.records[index];
+        const std::vector<std::string_view> oldTexts = pdOffsets.texts(old);
+        sfrData.assign(oldTexts.begin() + 4 + old.valueCount, oldTexts.end());
     }
-    pdOffsetCalData record;
-    record.valueCount = static_cast<uint32_t>(values.size());
-    record.crc = pdOffsetRecordCrc(head, values, sfrData);
     texts.insert(texts.end(), sfrData.begin(), sfrData.end());
-    storeTexts(texts, &addedText, &record);
-    if (index >= 0) {
-        pdOffsetCalDataList[index] = record;
-    } else {
-        pdOffsetCalDataList.push_back(record);
-    }
+    pdOffsets.put(index, texts, pdOffsetRecordCrc(head, values, sfrData),
+                  static_cast<uint32_t>(values.size()));
     return true;
 }
 
@@ -479,16 +310,18 @@ bool AfCalibrationData::pdOffsetSfrDataWrite(const std::string& camera, const st
                    [](size_t) { return "SFR value"; })) {
         return false;
     }
-    for (pdOffsetCalData& record : pdOffsetCalDataList) {
-        std::vector<std::string_view> texts = pdOffsetTexts(record);
+    for (size_t i = 0; i < pdOffsets.records.size(); ++i) {
+        const pdOffsetCalData& record = pdOffsets.records[i];
+        std::vector<std::string_view> texts = pdOffsets.texts(record);
         if (texts.size() < 2 || texts[1] != camera) continue;
         // An earlier set is dropped.
         texts.resize(4 + record.valueCount);
         texts.insert(texts.end(), values.begin(), values.end());
         const auto head = texts.begin() + 4;
         const auto sfr = head + record.valueCount;
-        record.crc = pdOffsetRecordCrc({texts.begin(), head}, {head, sfr}, {sfr, texts.end()});
-        storeTexts(texts, &addedText, &record);
+        pdOffsets.put(static_cast<int>(i), texts,
+                      pdOffsetRecordCrc({texts.begin(), head}, {head, sfr}, {sfr, texts.end()}),
+                      record.valueCount);
         return true;
     }
     return false;
@@ -510,14 +343,14 @@ int AfCalibrationData::getPdoffset(int camera, std::vector<float>& pdOffset,
         __android_log_print(ANDROID_LOG_ERROR, kTag, "fuseId check error %s", fuseId.c_str());
         return -1;
     }
-    const pdOffsetCalData record = pdOffsetCalDataList[index];
+    const pdOffsetCalData record = pdOffsets.records[index];
     const int computed = pdOffsetCheck(&record) & 0xFFFF;
     if (computed != record.crc) {
         __android_log_print(ANDROID_LOG_ERROR, kTag, "pdOffsetCalData crc check error %d,%d",
                             computed, static_cast<int>(record.crc));
         return -1;
     }
-    const std::vector<std::string_view> texts = pdOffsetTexts(record);
+    const std::vector<std::string_view> texts = pdOffsets.texts(record);
     const auto sfr = texts.begin() + 4 + record.valueCount;
     for (auto value = texts.begin() + 4; value != sfr; ++value) {
         pdOffset.push_back(toFloat(std::string(*value)));
@@ -526,12 +359,4 @@ int AfCalibrationData::getPdoffset(int camera, std::vector<float>& pdOffset,
         sfrData.push_back(toFloat(std::string(*value)));
     }
     return static_cast<int>(pdOffset.size());
-}
-
-std::vector<std::string_view> AfCalibrationData::afTexts(const afCalData& record) const {
-    return textsOf(stored(record));
-}
-
-std::vector<std::string_view> AfCalibrationData::pdOffsetTexts(const pdOffsetCalData& record) const {
-    return textsOf(stored(record));
 }

@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "af/calibrationlines.h"
+
 // The in-memory image of the focus calibration files on the persist partition, both text files
 // of comma-separated lines ending in a CRC-16:
 //
@@ -18,25 +20,11 @@
 // in memory, flush() or pdOffsetFlush() rewrites the whole file.
 class AfCalibrationData {
   public:
-    // One line of the AF file. Its texts (use flag, camera id, fuse ID, distance, DAC,
-    // temperature), each followed by ",", lie once in the store's text, as the line will be
-    // written; a loaded line written this way is not copied at all. Only the CRC is a number.
-    struct afCalData {
-        uint32_t start = 0;  // of the texts in the store's text
-        uint32_t size = 0;
-        uint16_t crc = 0;
-        bool added = false;  // in the text added this run, not the file's
-    };
-
-    // One line of the PD-offset file, kept the same way: use flag, camera id, fuse ID, N, the N
-    // values and none or 8 SFR texts, each followed by ",".
-    struct pdOffsetCalData {
-        uint32_t start = 0;
-        uint32_t size = 0;
-        uint32_t valueCount = 0;  // N
-        uint16_t crc = 0;
-        bool added = false;
-    };
+    // One point of the AF file (use flag, camera id, fuse ID, distance, DAC, temperature) and
+    // one record of the PD-offset file (use flag, camera id, fuse ID, N, the N values and none or
+    // 8 SFR texts), each held where its file's text holds it.
+    using afCalData = CalibrationLines::Record;
+    using pdOffsetCalData = CalibrationLines::Record;
 
     AfCalibrationData() = default;
 
@@ -104,24 +92,8 @@ class AfCalibrationData {
     static std::string pdOffsetCalFilePath();
 
   private:
-    // A record's texts as stored, each followed by ",".
-    template <typename Record>
-    std::string_view stored(const Record& record) const {
-        return std::string_view(record.added ? addedText : loadedText)
-            .substr(record.start, record.size);
-    }
-    // The texts of a record, split where the file's reader would split them.
-    std::vector<std::string_view> afTexts(const afCalData& record) const;
-    std::vector<std::string_view> pdOffsetTexts(const pdOffsetCalData& record) const;
-
     std::string path;
     std::string pdOffsetPath;
-    // False when something that could not be loaded stands at the file's name: it is kept.
-    bool loaded = true;
-    bool pdOffsetLoaded = true;
-    std::vector<afCalData> afCalDataList;
-    std::vector<pdOffsetCalData> pdOffsetCalDataList;
-    // The file as loaded, and the texts of the records changed or added since.
-    std::string loadedText;
-    std::string addedText;
+    CalibrationLines points{"AfCalibrationData"};
+    CalibrationLines pdOffsets{"AfCalibrationData"};
 };

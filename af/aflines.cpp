@@ -6,13 +6,6 @@
 
 namespace {
 
-void appendTexts(std::string* out, const std::vector<std::string_view>& texts) {
-    for (std::string_view text : texts) {
-        out->append(text);
-        out->push_back(',');
-    }
-}
-
 void appendCrcAndEnd(std::string* out, uint16_t crc) {
     char digits[6];
     int at = sizeof digits;
@@ -114,18 +107,4 @@ uint16_t pdOffsetRecordCrc(const std::vector<std::string_view>& head,
     for (std::string_view text : sfrData)
         crc = CRC16CCITT::update(CRC16CCITT::update(crc, text), ",");
     return crc;
-}
-
-void appendAfLine(std::string* out, const std::vector<std::string_view>& texts, uint16_t crc) {
-    appendTexts(out, texts);
-    appendCrcAndEnd(out, crc);
-}
-
-void appendPdOffsetLine(std::string* out, const std::vector<std::string_view>& head,
-                        const std::vector<std::string_view>& values,
-                        const std::vector<std::string_view>& sfrData, uint16_t crc) {
-    appendTexts(out, head);
-    appendTexts(out, values);
-    appendTexts(out, sfrData);
-    appendCrcAndEnd(out, crc);
 }

@@ -59,12 +59,3 @@ uint16_t pdOffsetRecordCrc(const std::vector<std::string_view>& head,
 
 // Appends a stored line: `texts`, each already followed by ",", the CRC in decimal, "\n".
 void appendStoredLine(std::string* out, std::string_view texts, uint16_t crc);
-
-// Appends an AF line: the six texts each followed by ",", the CRC in decimal, "\n".
-void appendAfLine(std::string* out, const std::vector<std::string_view>& texts, uint16_t crc);
-
-// Appends a PD-offset line: the four head texts, the values and the SFR texts each followed by
-// ",", the CRC in decimal, "\n".
-void appendPdOffsetLine(std::string* out, const std::vector<std::string_view>& head,
-                        const std::vector<std::string_view>& values,
-                        const std::vector<std::string_view>& sfrData, uint16_t crc);

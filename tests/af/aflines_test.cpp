@@ -81,8 +81,8 @@ TEST(AfLines, DecodeAndEncodeAsTheLoaderAndTheWritersDo) {
             << c.line;
     }
     std::string lines;
-    appendAfLine(&lines, {"1", "0", "A", "1", "2", "3"}, 18270);
-    appendPdOffsetLine(&lines, {"1", "0", "F", "1"}, {"0.5"}, {"a", ""}, 0);
+    appendStoredLine(&lines, "1,0,A,1,2,3,", 18270);
+    appendStoredLine(&lines, "1,0,F,1,0.5,a,,", 0);
     EXPECT_EQ(lines, "1,0,A,1,2,3,18270\n1,0,F,1,0.5,a,,0\n");
 }
 

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <cstdint>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "af/aflines.h"
+#include "base/text.h"
+
+// One of the two focus calibration files as a store holds it: the bytes as loaded, the texts of
+// the records changed or added since, and per record where its texts lie and its CRC. Loading,
+// finding, changing and rewriting are the same for both files; what a line means is the
+// caller's (its decoder and what it logs of each line).
+class CalibrationLines {
+  public:
+    // A record's texts (each followed by ",", as the line will be written) lie once in the held
+    // text; a loaded line written that way is not copied at all. Only the CRC is a number.
+    struct Record {
+        uint32_t start;  // of the texts in the loaded or the added text
+        uint32_t size;
+        uint32_t valueCount;  // PD-offset: N
+        uint16_t crc;
+        bool added;  // in the text added this run, not the file's
+    };
+
+    using Decode = void (*)(std::string_view line, DecodedLine* decoded, bool sumTexts);
+
+    explicit CalibrationLines(const char* tag) : tag(tag) {}
+
+    // Adds the records of the file at `file` to those held, each line that `keep(line, decoded)`
+    // takes (it logs, and may stop the run). A link at the name counts as no file. Returns whether
+    // a file was read; when something else stands there that cannot be read, it is logged and
+    // kept, and flush() never replaces it.
+    template <typename Keep>
+    bool load(const std::string& file, Decode decode, Keep keep) {
+        std::string_view text;
+        if (!appendFile(file, &text)) return false;
+        records.reserve(records.size() + lineCount(text));
+        DecodedLine decoded;
+        forEachLine(text, [&](std::string_view line) {
+            decode(line, &decoded, false);
+            if (keep(line, decoded)) keepFields(decoded);
+        });
+        return true;
+    }
+
+    // The first record whose texts satisfy `match(stored)`, or -1.
+    template <typename Match>
+    int find(Match match) const {
+        for (size_t i = 0; i < records.size(); ++i) {
+            if (match(stored(records[i]))) return static_cast<int>(i);
+        }
+        return -1;
+    }
+
+    // The `index`-th text of a record as stored, without splitting the others out.
+    static std::string_view textOf(std::string_view stored, size_t index);
+
+    std::string_view stored(const Record& record) const;
+    std::vector<std::string_view> texts(const Record& record) const;
+
+    // Gives record `index` (a new one at the end when negative) these texts and CRC.
+    void put(int index, const std::vector<std::string_view>& texts, uint16_t crc,
+             uint32_t valueCount);
+
+    // Rewrites the whole file from the records, logging each line; false (and the old file kept)
+    // when it could not be written, would not fit the reader's cap, or could not be loaded.
+    bool flush(const std::string& file) const;
+
+    std::vector<Record> records;
+
+  private:
+    bool appendFile(const std::string& file, std::string_view* added);
+    void keepFields(const DecodedLine& line);
+    static size_t lineCount(std::string_view text);
+
+    const char* tag;
+    bool loaded = true;  // false once something that could not be loaded stood at the name
+    std::string loadedText;
+    std::string addedText;
+};
