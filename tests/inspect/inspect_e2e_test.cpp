@@ -306,3 +306,28 @@ TEST(Inspect, UsageErrorsAndUnreadablePersistDirectory) {
     EXPECT_EQ(result.err, "optoquill-inspect: cannot read " + device.persistFile("") +
                               ": No such file or directory\n");
 }
+
+// The audit's verdict on the fitted module's PD-offset record is the tool's own read-back's: the
+// SFR data goes to camera 0's first record (another module's), then the read-back reads ABC123's.
+TEST(Inspect, AgreesWithTheToolsReadBack) {
+    const std::string other = "1,0,OTHER,1,5,26266\n";
+    const std::pair<std::string, bool> kLines[] = {
+        {"1,0,ABC123,2,1.5,-2,41386\n", true},
+        {"1 , 0,ABC123 ,2,\t1.5,-2 ,41386\r\n", true},
+        {"1,0,ABC123,2,1.5\r,-2,41386\n", true},
+        {"1,0,ABC123,2,1.5,-2,41386", true},
+        {"1,0,ABC123,2,1.5,-2,41387\n", false},
+        {"1,0,ABC123,2," + std::string(5000, '7') + ",-2,41386\n", false},
+    };
+    for (const auto& [line, accepted] : kLines) {
+        SCOPED_TRACE(line);
+        DeviceFolder device;
+        device.setProperty("vendor.camera.sensor.w.fuseID", "xxxx0006ABC123");
+        writeFile(device.persistFile(kPdOffset), other + line);
+        const Reports reports = inspect(device, {});
+        const RunResult tool = device.run({"-n", "0", "-S", "1,2,3,4,5,6,7,8"});
+        const bool toolAccepts = tool.out != "Success write pdoffset:; pdoffsetSfr:\n";
+        EXPECT_EQ(toolAccepts, accepted) << tool.out;
+        EXPECT_EQ(reports.json["cameras"][0]["pdOffset"]["readBackAccepts"].asBool(), accepted);
+    }
+}
