@@ -310,12 +310,8 @@ std::vector<Case> cases() {
             {"-c", "ABC123"}, "dac=777\n", 0, {{kAf, kAfPoint + "0,0,ABC123,-1,777,30,1\n"}}},
         {"AfStoreNeedsATemperature", kAbc123, {}, {"-n", "0", "-D", "300"}, "", 0, {}},
         // A module that stands in for another position: its own property, the position's id.
-        {"AfStoreOfAStandInTele", {{"vendor.camera.sensor.ta.fuseID", "xxxx0004AB12"},
-            {"vendor.camera.sensor.t3.fuseID", "xxxx0004CD34"}}, {}, {"-n", "23", "-d", "50", "-D",
-            "300", "-t", "30"}, kAfWrote, 0, {{kAf, "0,23,AB12,50,300,30,21475\n"}}, {"afcal"}},
-        {"AfStoreOfAnotherStandInTele", {{"vendor.camera.sensor.ta.fuseID", "xxxx0004AB12"},
-            {"vendor.camera.sensor.t3.fuseID", "xxxx0004CD34"}}, {}, {"-n", "20", "-d", "10", "-D",
-            "200", "-t", "30"}, kAfWrote, 0, {{kAf, "0,20,CD34,10,200,30,30084\n"}}, {"afcal"}},
+        {"AfStoreOfAStandInTele", {{"vendor.camera.sensor.t5.fuseID", "xxxx0004AB12"}}, {},
+            {"-n", "23", "-d", "50", "-D", "300", "-t", "30"}, kAfWrote, 0, {{kAf, "0,23,AB12,50,300,30,21475\n"}}, {"afcal"}},
         {"AfHandEditedFileIsWrittenBackClean", kAbc123, {{kAf, "1 , 0 ,ABC, 10,300,25,123\n" +
             blanks + ",x\n1,0,ABC,10,300,25\n1,20,DEF,50,310,25,70000"}}, kAfStore, kAfWrote, 0,
             {{kAf, "1,0,ABC,10,300,25,123\n1,20,DEF,50,310,25,4464\n" + kAfPoint}}, {"afcal"}, "",
