@@ -1,3 +1,4 @@
+#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -6,6 +7,7 @@
 #include "base/filereader.h"
 #include "base/parseint.h"
 #include "base/text.h"
+#include "base/uniquefd.h"
 #include "tests/support/testfiles.h"
 
 namespace {
@@ -69,6 +71,16 @@ TEST(Text, CutsQuotesAndWritesHex) {
     EXPECT_EQ(quoted("A,\"\\\n\r\t\x01\x7F\xC3\xA9"), "\"A,\\\"\\\\\\n\\r\\t\\x01\\x7F\xC3\xA9\"");
     EXPECT_EQ(hexText(std::string("\x0A\xBC\xFF", 3), 1, 9), "BCFF");
     EXPECT_EQ(hexByte(0x0A) + " " + hex4(0xBEEF), "0A 0xBEEF");
+}
+
+TEST(UniqueFd, MovesItsDescriptorAndKeepsItOnASelfMove) {
+    UniqueFd from(open("/dev/null", O_RDONLY | O_CLOEXEC));
+    const int fd = from.get();
+    UniqueFd to;
+    to = std::move(from);
+    UniqueFd& same = to;
+    to = std::move(same);
+    EXPECT_EQ(std::make_pair(from.get(), to.get()), std::make_pair(-1, fd));
 }
 
 TEST(FileReader, TakesOnlyRegularFilesUpToTheCapAndSaysWhy) {

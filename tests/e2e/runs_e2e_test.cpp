@@ -385,13 +385,15 @@ std::vector<Case> cases() {
         {"SfrDataEmpty", kAbc123, {{kPd, kPdRecord}}, {"-n", "0", "-S", ""},
             sfrParse + "\n" + kSfrFailed, 0, {{kPd, kPdRecord}}},
         {"PdOffsetLoadingKeepsWellFormedLines", kAbc123,
-            {{kPd, blanks + ",x\n1,0,F1,2,0.5\n 1 , 0 ,F1, 2,0.5 ,0.7, 1234\n1,0,F1,2,0.5,0.7,1,2\n"
+            {{kPd, blanks + ",x\n1,0,F1,2,0.5\n1,0,F1,2,0.5,x\n 1 , 0 ,F1, 2,0.5 ,0.7, 1234\n"
+                   "1,0,F1,2,0.5,0.7,1,2\n"
                    "1,20,F2,2,0.5,0.7,1,2,3,4,5,6,7,8,70000\n1,21,F1,1,9,5"}},
             {"-n", "21", "-S", "a,b,c,d,e,f,g,h"}, "can't find camera[21] fuseid\n"
             + kReadBackEmpty, 0,
             {{kPd, " 1,0,F1,2,0.5,0.7,1234\n1,20,F2,2,0.5,0.7,1,2,3,4,5,6,7,8,4464\n"
                    "1,21,F1,1,9,a,b,c,d,e,f,g,h,31135\n"}}, {}, "",
-            {"E/AfCalibrationData: Not expected file format, colum number: 8\n",
+            {"E/AfCalibrationData: Not expected file format, colum number: 6\n",
+             "E/AfCalibrationData: Not expected file format, colum number: 8\n",
              "I/AfCalibrationData: exist pdaf offset info : "
              "1,20,F2,2,0.5,0.7,1,2,3,4,5,6,7,8,70000\n"}},
         {"PdOffsetReadBackRefusesAnAlteredCrc", kAbc123,
@@ -424,6 +426,10 @@ std::vector<Case> cases() {
              {"vendor.camera.sensor.qz.dualcal.checksum", "c3"}},
             {{"%R/abc123.bin", blob(0xC3)}}, {"-E", "%R/abc123.bin"},
             "Successfully write eeprombin\n", 0, {{"abc123.bin", blob(0xC3)}}},
+        // A one-letter fuse ID, and a name in lower case to its last letter.
+        {"EepromOfTheShortestFuseId", {{kW, "Z"}, {"vendor.camera.sensor.qz.dualcal.checksum", "c3"}},
+            {{"%R/z.bin", blob(0xC3)}}, {"-E", "%R/z.bin"}, "Successfully write eeprombin\n", 0,
+            {{"z.bin", blob(0xC3)}}},
         {"EepromOfAnotherModule", eeprom, {{"%R/abd123.bin", blob(0xC3)}}, {"-E", "%R/abd123.bin"},
             "Failed to write eeprombin\n", 0, {}},
         {"MissingPersistDirectory", eeprom,

@@ -211,6 +211,8 @@ TEST(Inspect, HealthyPlantedFaultsAndHistory) {
              writeFile(d.persistFile(".com.nurvak.afc.bin.a1B2c3"), "1,0");
              // é, then bytes of no valid sequence: a lead alone, beyond U+10FFFF, a surrogate
              writeFile(d.persistFile("\xC3\xA9\xC3.\xF4\x90\x80\x80\xED\xA0\x80.txt"), "");
+             // the highest second bytes that still make a character: ÿ, U+D7FF, U+10FFFF
+             writeFile(d.persistFile("\xC3\xBF\xED\x9F\xBF\xF4\x8F\xBF\xBF.txt"), "");
          },
          {},
          {"problem unreadable com.nurvak.aecal.t.bin t: com.nurvak.aecal.t.bin is a directory, "
@@ -225,7 +227,10 @@ TEST(Inspect, HealthyPlantedFaultsAndHistory) {
           "problem unknown \xC3\xA9\xEF\xBF\xBD.\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD"
           "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD.txt : \xC3\xA9\xEF\xBF\xBD.\xEF\xBF\xBD\xEF\xBF\xBD"
           "\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD\xEF\xBF\xBD.txt is not a file that "
-          "optoquill writes."}},
+          "optoquill writes.",
+          "problem unknown \xC3\xBF\xED\x9F\xBF\xF4\x8F\xBF\xBF.txt : "
+          "\xC3\xBF\xED\x9F\xBF\xF4\x8F\xBF\xBF.txt "
+          "is not a file that optoquill writes."}},
         {"a repaired rear main camera: the old module's records are history",
          "history",
          [](DeviceFolder& d) {
@@ -294,7 +299,9 @@ TEST(Inspect, UsageErrorsAndUnreadablePersistDirectory) {
              {"--expect=w=ae,foo",
               "--expect \"w=ae,foo\": no kind \"foo\" (ae, awblsc, af, pdoffset, eeprom)"},
              {"--expect=w=awblsc",
-              "--expect \"w=awblsc\": camera w has no AWB/LSC file (only f, faux)"}}) {
+              "--expect \"w=awblsc\": camera w has no AWB/LSC file (only f, faux)"},
+             {"--expect=x=ae",
+              "--expect \"x=ae\": no camera \"x\" (w, f, t, u, m, t4x, m2x, d, faux)"}}) {
         RunResult result = device.run({argument}, inspectOptions());
         EXPECT_EQ(result.status, 2);
         EXPECT_EQ(result.out, "");
@@ -330,4 +337,19 @@ TEST(Inspect, AgreesWithTheToolsReadBack) {
         EXPECT_EQ(toolAccepts, accepted) << tool.out;
         EXPECT_EQ(reports.json["cameras"][0]["pdOffset"]["readBackAccepts"].asBool(), accepted);
     }
+}
+
+// Past 20 of a kind, a list says how many more: AF points of the fitted module and of an old
+// one, and their CRC problems.
+TEST(Inspect, ListsUpToTheirBound) {
+    if (geteuid() != 0) GTEST_SKIP() << "owner 1000:1000 needs root";
+    DeviceFolder device;
+    calibrate(device);
+    std::string points = readFile(device.persistFile(kAf));
+    for (int i = 1; i <= 24; ++i) {
+        points += "1,0,ABC123," + std::to_string(i) + ",430,30,1\n";
+        points += "1,0,OLD," + std::to_string(i) + ",430,30,1\n";
+    }
+    writeFile(device.persistFile(kAf), points);
+    expectGolden("over-bounds", device, inspect(device, {}).text.out);
 }
