@@ -2,7 +2,6 @@
 
 #include <android/log.h>
 
-#include <algorithm>
 #include <cstdio>
 
 #include "base/filereader.h"
@@ -51,8 +50,8 @@ void CalibrationLines::keepFields(const DecodedLine& line) {
     records.push_back(record);
 }
 
-size_t CalibrationLines::lineCount(std::string_view text) {
-    return static_cast<size_t>(std::count(text.begin(), text.end(), '\n')) + 1;
+size_t CalibrationLines::decimalDigits(uint16_t value) {
+    return value >= 10000 ? 5 : value >= 1000 ? 4 : value >= 100 ? 3 : value >= 10 ? 2 : 1;
 }
 
 std::string_view CalibrationLines::textOf(std::string_view stored, size_t index) {
@@ -99,23 +98,27 @@ bool CalibrationLines::flush(const std::string& file) const {
                             file.c_str());
         return false;
     }
-    std::string content;
-    content.reserve(loadedText.size() + addedText.size() + 6 * records.size());
-    for (const Record& record : records) {
-        const size_t from = content.size();
-        appendStoredLine(&content, stored(record), record.crc);
-        __android_log_print(ANDROID_LOG_INFO, tag, "write record: %.*s",
-                            static_cast<int>(content.size() - from), content.data() + from);
-    }
-    // The next run's reader would refuse the file, and every later store with it.
-    if (content.size() > kMaxFileSize) {
+    // The next run's reader would refuse a file past its cap, and every later store with it.
+    size_t size = 0;
+    for (const Record& record : records) size += record.size + decimalDigits(record.crc) + 1;
+    if (size > kMaxFileSize) {
         fprintf(stderr,
                 "Error:cannot store %s: it would hold %zu bytes, more than the 16 MiB a "
                 "calibration file may hold\n",
-                file.c_str(), content.size());
+                file.c_str(), size);
         return false;
     }
-    const WriteResult result = storeRecordFile(file, content, tag, "flush:", 0);
+    const auto produce = [this](SafeFileWriter::Sink& sink) {
+        std::string line;
+        for (const Record& record : records) {
+            line.clear();
+            appendStoredLine(&line, stored(record), record.crc);
+            __android_log_print(ANDROID_LOG_INFO, tag, "write record: %.*s",
+                                static_cast<int>(line.size()), line.data());
+            sink.append(line);
+        }
+    };
+    const WriteResult result = storeRecordFile(file, produce, tag, "flush:", 0);
     if (!result.stored()) return false;
     reportFileAttribute(file.c_str(), 0, result.ownerError);
     return true;

@@ -36,7 +36,6 @@ class CalibrationLines {
     bool load(const std::string& file, Decode decode, Keep keep) {
         std::string_view text;
         if (!appendFile(file, &text)) return false;
-        records.reserve(records.size() + lineCount(text));
         DecodedLine decoded;
         forEachLine(text, [&](std::string_view line) {
             decode(line, &decoded, false);
@@ -73,7 +72,7 @@ class CalibrationLines {
   private:
     bool appendFile(const std::string& file, std::string_view* added);
     void keepFields(const DecodedLine& line);
-    static size_t lineCount(std::string_view text);
+    static size_t decimalDigits(uint16_t value);
 
     const char* tag;
     bool loaded = true;  // false once something that could not be loaded stood at the name

@@ -24,6 +24,20 @@ int digitValue(char c) {
 
 Scanned scan(std::string_view text, int base) {
     Scanned number;
+    // Most numbers are a few plain decimal digits: fewer than 19 cannot pass the limit.
+    if (base == 10) {
+        size_t i = 0;
+        unsigned long long magnitude = 0;
+        for (unsigned digit; i < text.size() && i < 18 && (digit = text[i] - '0') < 10u; ++i) {
+            magnitude = magnitude * 10 + digit;
+        }
+        if (i > 0 && (i == text.size() || static_cast<unsigned>(text[i] - '0') >= 10u)) {
+            number.found = true;
+            number.magnitude = magnitude;
+            number.end = i;
+            return number;
+        }
+    }
     size_t i = 0;
     while (i < text.size() && isBlank(text[i])) ++i;
     if (i < text.size() && (text[i] == '+' || text[i] == '-')) number.negative = text[i++] == '-';
