@@ -13,11 +13,13 @@ namespace {
 // fields for every line.
 TEST(AfLines, SplitIsTheRegexTokenSplit) {
     const std::regex separator("\\s*,\\s*", std::regex::ECMAScript);
-    const char alphabet[] = {'x', ',', ' ', '\t', '\n', '\v', '\f', '\r', '\0', '\xa0', '\x85'};
+    // Every other line without blanks, as the stores write them, so that the word-wise scan
+    // meets commas at every place in a word.
+    const char alphabet[] = {'x', ',', '\xa0', ' ', '\t', '\n', '\v', '\f', '\r', '\0', '\x85'};
     std::mt19937 random(12);
     for (int round = 0; round < 30000; ++round) {
         std::string line(random() % 24, ' ');
-        for (char& c : line) c = alphabet[random() % sizeof alphabet];
+        for (char& c : line) c = alphabet[random() % (round % 2 == 0 ? 3 : sizeof alphabet)];
         const std::vector<std::string> expected(
             std::sregex_token_iterator(line.begin(), line.end(), separator, -1),
             std::sregex_token_iterator());
