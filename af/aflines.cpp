@@ -47,8 +47,9 @@ DecodedLine decodePdOffsetLine(std::string_view line) {
 
 void decodeAfLine(std::string_view line, DecodedLine* decoded, bool sumTexts) {
     std::vector<std::string_view>& fields = decoded->fields;
-    splitFields(line, &fields);
+    const bool bare = splitFields(line, &fields);
     *decoded = DecodedLine{LineStatus::ok, static_cast<int>(fields.size()), std::move(fields)};
+    decoded->bareCommas = bare;
     if (decoded->fields.size() != 7) {
         decoded->status = LineStatus::columnCount;
         return;
@@ -62,8 +63,9 @@ void decodeAfLine(std::string_view line, DecodedLine* decoded, bool sumTexts) {
 
 void decodePdOffsetLine(std::string_view line, DecodedLine* decoded, bool sumTexts) {
     std::vector<std::string_view>& split = decoded->fields;
-    splitFields(line, &split);
+    const bool bare = splitFields(line, &split);
     *decoded = DecodedLine{LineStatus::ok, static_cast<int>(split.size()), std::move(split)};
+    decoded->bareCommas = bare;
     const std::vector<std::string_view>& fields = decoded->fields;
     const long long count = static_cast<long long>(fields.size());
     if (count < 6) {

@@ -30,6 +30,7 @@ struct DecodedLine {
     bool hasSfrData = false;               // PD-offset: 8 SFR texts follow the values
     uint16_t storedCrc = 0;                // the last field as atoi reads it, kept to 16 bits
     uint16_t computedCrc = 0;  // the CRC of the texts, as the writers and the read-back sum them
+    bool bareCommas = true;    // the fields lie in the line as they would be written again
 };
 
 // An AF line: ok with exactly 7 fields.

@@ -36,16 +36,15 @@ bool CalibrationLines::appendFile(const std::string& file, std::string_view* add
 void CalibrationLines::keepFields(const DecodedLine& line) {
     const size_t count = line.fields.size() - 1;
     const char* begin = line.fields.front().data();
-    size_t joined = 0;
-    for (size_t i = 0; i < count; ++i) joined += line.fields[i].size() + 1;
-    Record record = {0, static_cast<uint32_t>(joined), static_cast<uint32_t>(line.valueCount),
-                     line.storedCrc, false};
-    if (static_cast<size_t>(line.fields[count].data() - begin) == joined) {
+    Record record = {0, 0, static_cast<uint32_t>(line.valueCount), line.storedCrc, false};
+    if (line.bareCommas) {
         record.start = static_cast<uint32_t>(begin - loadedText.data());
+        record.size = static_cast<uint32_t>(line.fields[count].data() - begin);
     } else {
         record.added = true;
         record.start = static_cast<uint32_t>(addedText.size());
         for (size_t i = 0; i < count; ++i) addedText.append(line.fields[i]).push_back(',');
+        record.size = static_cast<uint32_t>(addedText.size() - record.start);
     }
     records.push_back(record);
 }

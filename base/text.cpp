@@ -71,14 +71,15 @@ bool splitPlainFields(std::string_view line, std::vector<std::string_view>* fiel
 
 }  // namespace
 
-void splitFields(std::string_view line, std::vector<std::string_view>* fields) {
+bool splitFields(std::string_view line, std::vector<std::string_view>* fields) {
     fields->clear();
-    if (splitPlainFields(line, fields)) return;
+    if (splitPlainFields(line, fields)) return true;
     fields->clear();
     const char* text = line.data();
     const size_t size = line.size();
     size_t start = 0;
     bool separated = false;
+    bool bare = true;
     for (size_t i = 0; i < size; ++i) {
         if (text[i] != ',') continue;
         // The separator takes the blanks before the comma (back to the field's start) and all
@@ -88,10 +89,12 @@ void splitFields(std::string_view line, std::vector<std::string_view>* fields) {
         fields->push_back(line.substr(start, end - start));
         start = i + 1;
         while (start < size && isBlank(text[start])) ++start;
+        bare = bare && end == i && start == i + 1;
         i = start - 1;
         separated = true;
     }
     if (!separated || start < size) fields->push_back(line.substr(start));
+    return bare;
 }
 
 std::vector<std::string_view> splitAt(std::string_view text, char separator) {

@@ -30,8 +30,10 @@ void forEachLine(std::string_view text, Visit visit) {
 // them: the texts between separators, a separator being a comma with any white space on either
 // side. Empty fields between commas count; an empty field after the last comma does not; blanks
 // at the very start and end of the line stay. A line without a comma is one field, even when
-// empty. `fields` is cleared first; its room is reused from line to line.
-void splitFields(std::string_view line, std::vector<std::string_view>* fields);
+// empty. `fields` is cleared first; its room is reused from line to line. Returns whether every
+// separator was a bare comma, so that the fields lie in the line exactly as they would be
+// written again.
+bool splitFields(std::string_view line, std::vector<std::string_view>* fields);
 
 // Every piece of `text` between `separator`s, empty ones included: n separators give n + 1
 // pieces.

@@ -23,8 +23,13 @@ TEST(AfLines, SplitIsTheRegexTokenSplit) {
         const std::vector<std::string> expected(
             std::sregex_token_iterator(line.begin(), line.end(), separator, -1),
             std::sregex_token_iterator());
+        bool bare = true;  // no blank beside a comma
+        for (size_t i = 0; i < line.size(); ++i) {
+            bare &= line[i] != ',' || ((i == 0 || !isBlank(line[i - 1])) &&
+                                       (i + 1 == line.size() || !isBlank(line[i + 1])));
+        }
         std::vector<std::string_view> fields;
-        splitFields(line, &fields);
+        EXPECT_EQ(splitFields(line, &fields), bare) << testing::PrintToString(line);
         ASSERT_EQ(std::vector<std::string>(fields.begin(), fields.end()), expected)
             << testing::PrintToString(line);
     }
