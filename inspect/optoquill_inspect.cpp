@@ -15,16 +15,23 @@
 
 namespace {
 
-constexpr char kUsage[] =
-    "Usage: optoquill-inspect [--json] [--expect CAMERA=KIND[,KIND...]]...\n"
-    "Audits the camera calibration stored in the persist directory: is what the product needs\n"
-    "stored, intact and for the sensors fitted now? Reads only.\n"
-    "  --json        print the report as one JSON document\n"
-    "  --expect      a camera (w, f, t, u, m, t4x, m2x, d, faux) needs these kinds of\n"
-    "                calibration: ae, awblsc, af, pdoffset, eeprom; repeatable\n"
-    "  -h, --help    print this help\n"
+constexpr char kExitStatus[] =
     "Exit status: 0 no problem, 1 at least one problem (notes do not count), 2 usage error,\n"
     "unreadable persist directory, or a store that held it too long.\n";
+
+std::string usage() {
+    return "Usage: optoquill-inspect [--json] [--expect CAMERA=KIND[,KIND...]]...\n"
+           "Audits the camera calibration stored in the persist directory: is what the product "
+           "needs\n"
+           "stored, intact and for the sensors fitted now? Reads only.\n"
+           "  --json        print the report as one JSON document\n"
+           "  --expect      a camera (" +
+           cameraNames(&CameraRole::shortName) +
+           ") needs these kinds of\n"
+           "                calibration: ae, awblsc, af, pdoffset, eeprom; repeatable\n"
+           "  -h, --help    print this help\n" +
+           kExitStatus;
+}
 
 void print(const std::string& text) {
     fwrite(text.data(), 1, text.size(), stdout);
@@ -45,7 +52,7 @@ int main(int argc, char* argv[]) {
         const std::string_view argument = argv[i];
         constexpr std::string_view kExpect = "--expect";
         if (argument == "-h" || argument == "--help") {
-            print(kUsage);
+            print(usage());
             return 0;
         }
         if (argument == "--json") {

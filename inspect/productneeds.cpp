@@ -7,16 +7,6 @@
 
 namespace {
 
-// The short names of the camera map whose `column` is set, "w, f, ...".
-std::string cameraNames(CameraColumn column) {
-    std::string names;
-    for (const CameraRole& role : kCameraRoles) {
-        if (role.shortName.empty() || (role.*column).empty()) continue;
-        names += (names.empty() ? "" : ", ") + std::string(role.shortName);
-    }
-    return names;
-}
-
 std::string kindNames() {
     std::string names;
     for (std::string_view kind : kNeedKinds)
@@ -25,6 +15,15 @@ std::string kindNames() {
 }
 
 }  // namespace
+
+std::string cameraNames(CameraColumn column) {
+    std::string names;
+    for (const CameraRole& role : kCameraRoles) {
+        if (role.shortName.empty() || (role.*column).empty()) continue;
+        names += (names.empty() ? "" : ", ") + std::string(role.shortName);
+    }
+    return names;
+}
 
 std::string parseProductNeeds(std::string_view text, std::vector<ProductNeed>* needs) {
     const std::string what = "--expect " + quoted(text) + ": ";

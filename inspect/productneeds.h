@@ -25,3 +25,6 @@ struct ProductNeed {
 // Adds the needs of one "CAMERA=KIND[,KIND...]" to `needs`, each once. Returns why the text is
 // not one (a sentence without its final dot), or empty.
 std::string parseProductNeeds(std::string_view text, std::vector<ProductNeed>* needs);
+
+// The short names of the camera map whose `column` is set, "w, f, ...".
+std::string cameraNames(CameraColumn column);

@@ -230,6 +230,7 @@ TEST(Inspect, UsageErrorsAndUnreadablePersistDirectory) {
         EXPECT_EQ(result.out, "");
         EXPECT_EQ(result.err, "optoquill-inspect: " + error + " (see optoquill-inspect --help)\n");
     }
+    expectGolden("usage.txt", device, device.run({"--help"}, inspectOptions()).out);
     rmdir(device.persistFile("").c_str());
     RunResult result = device.run({}, inspectOptions());
     EXPECT_EQ(result.status, 2);
