@@ -5,6 +5,6 @@ struct StageResult {
     bool endsRun;
     int status;
 
-    static StageResult goOn() { return {false, 0}; }
+    static StageResult goOn() { return {}; }
     static StageResult endRun(int status) { return {true, status}; }
 };

@@ -330,7 +330,8 @@ std::vector<Case> cases() {
             {"I/AfCalibrationData: dis 10 : dac 300\nI/AfCalibrationData: dis 50 : dac 420\n"}},
         // A missing fuse ID is reported first, then the point is refused whatever it holds.
         {"AfStoreWithoutFuseId", {}, {}, kAfStore, "can't find camera[0] fuseid\n"
-            "Error:failed to write %Pcom.nurvak.afc.bin\n", 0, {}},
+            "Error:failed to write %Pcom.nurvak.afc.bin\n", 0, {}, {}, "",
+            {"I/AfCalibrationData: Filed not Exist %Pcom.nurvak.afc.bin\n"}},
         {"AfStoreWithoutFuseIdAndOutOfRange", {}, {}, {"-n", "0", "-d", "50", "-D", "300", "-t",
             "51", "-F", "1"}, "can't find camera[0] fuseid\nError:temperature 51 is not within the "
             "usable range\nError:failed to write %Pcom.nurvak.afc.bin\n", 0, {}},

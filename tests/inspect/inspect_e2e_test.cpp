@@ -139,6 +139,9 @@ TEST(Inspect, HealthyPlantedFaultsAndHistory) {
          "property-and-dropped-lines",
          [](DeviceFolder& d) {
              d.setProperty("vendor.camera.sensor.u.fuseID", "xx");
+             // The same module under another name for the focus stores: said once more.
+             d.setProperty("vendor.camera.sensor.faux.fuseID", "xxxx0004FA00");
+             d.setProperty("vendor.camera.sensor.fd.fuseID", "xxxx0004FA00");
              writeFile(d.persistFile(kAf), readFile(d.persistFile(kAf)) + "junk\n");
              writeFile(d.persistFile(kPdOffset),
                        readFile(d.persistFile(kPdOffset)) + "1,0,ABC123,x,1,2\n1,0,ABC123,1,1\n");
