@@ -234,7 +234,8 @@ std::vector<Case> cases() {
             {"-E", "/dev/zero", "-u", "-n", "1", "-f", "%R/fifo"},
             "Failed to write eeprombin\nError:Failed to parse file %R/fifo\n", 0, {}, {},
             "Error:cannot read /dev/zero: not a regular file\n"
-            "Error:cannot read %R/fifo: not a regular file\n"},
+            "Error:cannot read %R/fifo: not a regular file\n",
+            {"E/EepromBinData: failed to open file /dev/zero\n"}},
         {"EndlessAndWaitingInputsToDump", eeprom, {{"%R/fifo", kFifo}},
             {"-E", "%R/fifo", "-i", "-s", "1", "-f", "/dev/zero"},
             "Failed to write eeprombin\nError:failed to parse file /dev/zero\n", 0, {}, {},
@@ -441,7 +442,9 @@ std::vector<Case> cases() {
             "Error:failed to open log file %P" + std::string(kLog) + "\nError: fail to change "
             "permissions of %P" + kLog + " to 0644: No such file or directoryError:failed to write "
             "%Pcom.nurvak.afc.bin\n", 0, {}, {}, "Error changing group ownership of %P" +
-            std::string(kLog) + " to 1000: No such file or directory"},
+            std::string(kLog) + " to 1000: No such file or directory",
+            {"E/AeCalibrationData: failed to open file %Pcom.nurvak.aecal.w.bin\n",
+             "E/AfCalibrationData: flush:failed to open file %Pcom.nurvak.afc.bin\n"}},
         {"EepromExportAndAfStoreInOneRun", eeprom, {{"%R/abc123.bin", blob(0xC3)}},
             {"-E", "%R/abc123.bin", "-n", "0", "-d", "50", "-D", "300", "-t", "30"},
             "Successfully write eeprombin\n" + kAfWrote, 0,
