@@ -53,10 +53,16 @@ bool readsBack(const std::string& file, const std::vector<std::string_view>& tex
     return true;
 }
 
+// What the store calls each text of a record, for the line that refuses one.
 const char* afField(size_t i) {
-    static constexpr const char* kNames[] = {"use flag", "camera id",   "fuse ID",    "distance",
-                                             "DAC",      "temperature", "value count"};
+    static constexpr const char* kNames[] = {"use flag", "camera id", "fuse ID",
+                                             "distance", "DAC",       "temperature"};
     return kNames[i];
+}
+
+const char* pdOffsetField(size_t i) {
+    static constexpr const char* kHead[] = {"use flag", "camera id", "fuse ID", "value count"};
+    return i < 4 ? kHead[i] : "PD-offset value";
 }
 
 int dacTolerance(int largestDac) {
@@ -282,10 +288,9 @@ bool AfCalibrationData::pdOffsetWrite(const std::string& camera, int pdOffsetLen
     const std::string useFlagText = useFlag != 0 ? "1" : "0";
     const std::string lengthText = std::to_string(pdOffsetLength);
     const std::vector<std::string_view> head = {useFlagText, camera, fuseId, lengthText};
-    const auto field = [](size_t i) { return i < 4 ? afField(i == 3 ? 6 : i) : "PD-offset value"; };
     std::vector<std::string_view> texts = head;
     texts.insert(texts.end(), values.begin(), values.end());
-    if (!readsBack(pdOffsetPath, texts, field)) return false;
+    if (!readsBack(pdOffsetPath, texts, pdOffsetField)) return false;
     std::vector<std::string_view> sfrData;
     if (index >= 0) {
         const pdOffsetCalData& old = pdOffsets.records[index];

@@ -13,9 +13,6 @@
 
 namespace {
 
-constexpr unsigned kMode = kCalibrationFileMode;
-constexpr unsigned kOwner = kSystemId;  // system, the camera service's reader
-
 std::string octal(unsigned mode) {
     char text[8];
     snprintf(text, sizeof text, "%04o", mode & 07777);
@@ -537,14 +534,16 @@ void DeviceInspector::inspectEntries() {
         }
         if (role == "eeprom") inspectEepromCopy(name);
         if (item.type != "regular") continue;  // reported as unreadable
-        if (item.mode != kMode && (message = problem("mode", name, "", Scope::entries))) {
-            *message = name + " has mode " + octal(item.mode) + " instead of " + octal(kMode) + ".";
+        if (item.mode != kCalibrationFileMode &&
+            (message = problem("mode", name, "", Scope::entries))) {
+            *message = name + " has mode " + octal(item.mode) + " instead of " +
+                       octal(kCalibrationFileMode) + ".";
         }
-        if ((item.uid != kOwner || item.gid != kOwner) &&
+        if ((item.uid != kSystemId || item.gid != kSystemId) &&
             (message = problem("owner", name, "", Scope::entries))) {
             *message = name + " is owned by " + std::to_string(item.uid) + ":" +
-                       std::to_string(item.gid) + " instead of " + std::to_string(kOwner) + ":" +
-                       std::to_string(kOwner) + ".";
+                       std::to_string(item.gid) + " instead of " + std::to_string(kSystemId) + ":" +
+                       std::to_string(kSystemId) + ".";
         }
     }
 }
