@@ -11,6 +11,7 @@
 
 #include "af/aflines.h"
 #include "af/calibrationlines.h"
+#include "base/fieldlines.h"
 #include "base/filereader.h"
 #include "base/text.h"
 #include "common/badnumber.h"
@@ -97,7 +98,7 @@ bool AfCalibrationData::parse() {
                             static_cast<unsigned>(decoded.storedCrc));
         return true;
     };
-    if (!points.load(path, decodeAfLine, keep)) {
+    if (!points.load(path, decodeSplitAfLine, keep)) {
         __android_log_print(ANDROID_LOG_INFO, kTag, "Filed not Exist %s", path.c_str());
     }
     return true;
@@ -117,8 +118,8 @@ std::string AfCalibrationData::getFuseId(std::string camera) {
 
 int AfCalibrationData::find(std::string fuseId, std::string dist) {
     return points.find([&](std::string_view stored) {
-        return CalibrationLines::textOf(stored, 2) == fuseId &&
-               CalibrationLines::textOf(stored, 3) == dist;
+        return CalibrationLines::holds(stored, 2, fuseId) &&
+               CalibrationLines::holds(stored, 3, dist);
     });
 }
 
@@ -248,14 +249,14 @@ void AfCalibrationData::pdOffsetParse() {
                             static_cast<int>(line.size()), line.data());
         return true;
     };
-    if (!pdOffsets.load(pdOffsetPath, decodePdOffsetLine, keep)) {
+    if (!pdOffsets.load(pdOffsetPath, decodeSplitPdOffsetLine, keep)) {
         __android_log_print(ANDROID_LOG_INFO, kTag, "Filed not Exist %s", pdOffsetPath.c_str());
     }
 }
 
 int AfCalibrationData::pdOffsetFind(std::string fuseId) {
     return pdOffsets.find(
-        [&](std::string_view stored) { return CalibrationLines::textOf(stored, 2) == fuseId; });
+        [&](std::string_view stored) { return CalibrationLines::holds(stored, 2, fuseId); });
 }
 
 int AfCalibrationData::pdOffsetCheck(const pdOffsetCalData* record) {

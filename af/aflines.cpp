@@ -35,37 +35,66 @@ const char* unstorableTextReason(std::string_view text) {
 
 DecodedLine decodeAfLine(std::string_view line) {
     DecodedLine decoded;
-    decodeAfLine(line, &decoded, true);
+    decoded.bareCommas = splitFields(line, &decoded.fields);
+    decodeSplitAfLine(line, &decoded, true);
     return decoded;
 }
 
 DecodedLine decodePdOffsetLine(std::string_view line) {
     DecodedLine decoded;
-    decodePdOffsetLine(line, &decoded, true);
+    decoded.bareCommas = splitFields(line, &decoded.fields);
+    decodeSplitPdOffsetLine(line, &decoded, true);
     return decoded;
 }
 
-void decodeAfLine(std::string_view line, DecodedLine* decoded, bool sumTexts) {
-    std::vector<std::string_view>& fields = decoded->fields;
-    const bool bare = splitFields(line, &fields);
-    *decoded = DecodedLine{LineStatus::ok, static_cast<int>(fields.size()), std::move(fields)};
-    decoded->bareCommas = bare;
+namespace {
+
+// Clears what the last line's decode set, keeping this line's split.
+void startDecode(DecodedLine* decoded) {
+    decoded->status = LineStatus::ok;
+    decoded->columnCount = static_cast<int>(decoded->fields.size());
+    decoded->valueCount = 0;
+    decoded->hasSfrData = false;
+    decoded->storedCrc = 0;
+    decoded->computedCrc = 0;
+    decoded->asWritten = false;
+}
+
+// Reads the last field as atoi does; a CRC as the writers write it (decimal, at most 65535, no
+// sign or leading zero, last on the line) is read directly and makes the line as written.
+void readStoredCrc(std::string_view line, DecodedLine* decoded) {
+    const std::string_view text = decoded->fields.back();
+    const size_t size = text.size();
+    size_t digits = 0;
+    unsigned value = 0;
+    if (size - 1 < 5 && (text[0] != '0' || size == 1)) {
+        for (unsigned digit; digits < size && (digit = text[digits] - '0') < 10u; ++digits) {
+            value = value * 10 + digit;
+        }
+    }
+    const bool plain = digits != 0 && digits == size && value <= 0xFFFF;
+    decoded->storedCrc = static_cast<uint16_t>(plain ? value : atoiOnDevice(text));
+    decoded->asWritten =
+        plain && decoded->bareCommas && text.data() + size == line.data() + line.size();
+}
+
+}  // namespace
+
+void decodeSplitAfLine(std::string_view line, DecodedLine* decoded, bool sumTexts) {
+    startDecode(decoded);
     if (decoded->fields.size() != 7) {
         decoded->status = LineStatus::columnCount;
         return;
     }
-    decoded->storedCrc = static_cast<uint16_t>(atoiOnDevice(decoded->fields[6]));
+    readStoredCrc(line, decoded);
     if (!sumTexts) return;
     for (size_t i = 0; i < 6; ++i) {
         decoded->computedCrc = CRC16CCITT::update(decoded->computedCrc, decoded->fields[i]);
     }
 }
 
-void decodePdOffsetLine(std::string_view line, DecodedLine* decoded, bool sumTexts) {
-    std::vector<std::string_view>& split = decoded->fields;
-    const bool bare = splitFields(line, &split);
-    *decoded = DecodedLine{LineStatus::ok, static_cast<int>(split.size()), std::move(split)};
-    decoded->bareCommas = bare;
+void decodeSplitPdOffsetLine(std::string_view line, DecodedLine* decoded, bool sumTexts) {
+    startDecode(decoded);
     const std::vector<std::string_view>& fields = decoded->fields;
     const long long count = static_cast<long long>(fields.size());
     if (count < 6) {
@@ -84,7 +113,7 @@ void decodePdOffsetLine(std::string_view line, DecodedLine* decoded, bool sumTex
     }
     decoded->valueCount = *n;
     decoded->hasSfrData = count == *n + 13LL;
-    decoded->storedCrc = static_cast<uint16_t>(atoiOnDevice(fields.back()));
+    readStoredCrc(line, decoded);
     if (!sumTexts) return;
     // As pdOffsetRecordCrc sums them, without copying the fields out.
     uint16_t crc = 0;

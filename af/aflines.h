@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+#include "base/fieldlines.h"
+
 // The line layer of the AF and PD-offset files: splitting, decoding, encoding and summing one
 // line. Nothing here reads or writes a file, prints, logs or aborts, so the store and the
 // read-only audit decode a line with the same code, and a hostile line costs linear time.
@@ -31,6 +33,7 @@ struct DecodedLine {
     uint16_t storedCrc = 0;                // the last field as atoi reads it, kept to 16 bits
     uint16_t computedCrc = 0;  // the CRC of the texts, as the writers and the read-back sum them
     bool bareCommas = true;    // the fields lie in the line as they would be written again
+    bool asWritten = false;    // the line is what appendStoredLine writes for its texts and CRC
 };
 
 // An AF line: ok with exactly 7 fields.
@@ -40,10 +43,25 @@ DecodedLine decodeAfLine(std::string_view line);
 // count is columnCount (a loader skips fewer than 6 silently); an N that is no int stops there.
 DecodedLine decodePdOffsetLine(std::string_view line);
 
-// The same into `decoded`, whose room is reused from line to line. A loader, which keeps the
-// stored CRC unchecked, passes sumTexts false and gets computedCrc 0.
-void decodeAfLine(std::string_view line, DecodedLine* decoded, bool sumTexts);
-void decodePdOffsetLine(std::string_view line, DecodedLine* decoded, bool sumTexts);
+// The same for a line already split into `decoded->fields` and `decoded->bareCommas`, whose room
+// is reused from line to line. A loader, which keeps the stored CRC unchecked, passes sumTexts
+// false and gets computedCrc 0.
+using Decode = void (*)(std::string_view line, DecodedLine* decoded, bool sumTexts);
+void decodeSplitAfLine(std::string_view line, DecodedLine* decoded, bool sumTexts);
+void decodeSplitPdOffsetLine(std::string_view line, DecodedLine* decoded, bool sumTexts);
+
+// Calls `visit(line, decoded)` for each line of `text` as the loaders see them (cut as
+// forEachLine cuts), cut, split and decoded in one pass over the bytes.
+template <typename Visit>
+void forEachDecodedLine(std::string_view text, Decode decode, bool sumTexts, Visit visit) {
+    FieldLines lines(text);
+    DecodedLine decoded;
+    std::string_view line;
+    while (lines.next(&line, &decoded.fields, &decoded.bareCommas)) {
+        decode(line, &decoded, sumTexts);
+        visit(line, decoded);
+    }
+}
 
 // Why `text`, stored as one field of a line, would not read back as itself, or null: the loader
 // cuts lines at '\n' and fields at commas, dropping the white space on either side of each comma.

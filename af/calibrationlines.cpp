@@ -33,17 +33,21 @@ bool CalibrationLines::appendFile(const std::string& file, std::string_view* add
 // The fields before the CRC as they will be written: the line itself when they are separated by
 // bare commas, so that a file this store wrote is taken without a copy; otherwise the fields
 // joined again, in the added text.
-void CalibrationLines::keepFields(const DecodedLine& line) {
-    const size_t count = line.fields.size() - 1;
-    const char* begin = line.fields.front().data();
-    Record record = {0, 0, static_cast<uint32_t>(line.valueCount), line.storedCrc, false};
-    if (line.bareCommas) {
+void CalibrationLines::keepFields(std::string_view line, const DecodedLine& decoded) {
+    const size_t count = decoded.fields.size() - 1;
+    const char* begin = decoded.fields.front().data();
+    Record record = {0,     0,    static_cast<uint32_t>(decoded.valueCount), decoded.storedCrc,
+                     false, false};
+    if (decoded.bareCommas) {
         record.start = static_cast<uint32_t>(begin - loadedText.data());
-        record.size = static_cast<uint32_t>(line.fields[count].data() - begin);
+        record.size = static_cast<uint32_t>(decoded.fields[count].data() - begin);
+        // A last line without its "\n" is completed when written again.
+        record.verbatim =
+            decoded.asWritten && line.data() + line.size() < loadedText.data() + loadedText.size();
     } else {
         record.added = true;
         record.start = static_cast<uint32_t>(addedText.size());
-        for (size_t i = 0; i < count; ++i) addedText.append(line.fields[i]).push_back(',');
+        for (size_t i = 0; i < count; ++i) addedText.append(decoded.fields[i]).push_back(',');
         record.size = static_cast<uint32_t>(addedText.size() - record.start);
     }
     records.push_back(record);
@@ -53,13 +57,14 @@ size_t CalibrationLines::decimalDigits(uint16_t value) {
     return value >= 10000 ? 5 : value >= 1000 ? 4 : value >= 100 ? 3 : value >= 10 ? 2 : 1;
 }
 
-std::string_view CalibrationLines::textOf(std::string_view stored, size_t index) {
-    for (; index > 0; --index) {
-        const size_t comma = stored.find(',');
-        if (comma == std::string_view::npos) return {};
-        stored.remove_prefix(comma + 1);
+bool CalibrationLines::holds(std::string_view stored, size_t index, std::string_view text) {
+    // The texts before it are short: a byte at a time beats a library call per comma.
+    size_t at = 0;
+    for (; index > 0 && at < stored.size(); ++at) {
+        if (stored[at] == ',') --index;
     }
-    return stored.substr(0, stored.find(','));
+    return index == 0 && stored.size() - at > text.size() && stored[at + text.size()] == ',' &&
+           stored.compare(at, text.size(), text) == 0;
 }
 
 std::string_view CalibrationLines::stored(const Record& record) const {
@@ -82,7 +87,11 @@ void CalibrationLines::put(int index, const std::vector<std::string_view>& texts
     std::string joined;
     for (std::string_view text : texts) joined.append(text).push_back(',');
     const Record record = {static_cast<uint32_t>(addedText.size()),
-                           static_cast<uint32_t>(joined.size()), valueCount, crc, true};
+                           static_cast<uint32_t>(joined.size()),
+                           valueCount,
+                           crc,
+                           true,
+                           false};
     addedText.append(joined);
     if (index >= 0) {
         records[static_cast<size_t>(index)] = record;
@@ -108,14 +117,32 @@ bool CalibrationLines::flush(const std::string& file) const {
         return false;
     }
     const auto produce = [this](SafeFileWriter::Sink& sink) {
-        std::string line;
+        // Verbatim lines that follow each other in the loaded text are written as one span.
+        std::string_view span;
+        std::string rebuilt;
         for (const Record& record : records) {
-            line.clear();
-            appendStoredLine(&line, stored(record), record.crc);
+            std::string_view line;
+            if (record.verbatim) {
+                line = std::string_view(loadedText)
+                           .substr(record.start, record.size + decimalDigits(record.crc) + 1);
+                if (span.data() + span.size() == line.data()) {
+                    span = std::string_view(span.data(), span.size() + line.size());
+                } else {
+                    sink.append(span);
+                    span = line;
+                }
+            } else {
+                sink.append(span);
+                span = {};
+                rebuilt.clear();
+                appendStoredLine(&rebuilt, stored(record), record.crc);
+                sink.append(rebuilt);
+                line = rebuilt;
+            }
             __android_log_print(ANDROID_LOG_INFO, tag, "write record: %.*s",
                                 static_cast<int>(line.size()), line.data());
-            sink.append(line);
         }
+        sink.append(span);
     };
     const WriteResult result = storeRecordFile(file, produce, tag, "flush:", 0);
     if (!result.stored()) return false;

@@ -21,10 +21,9 @@ class CalibrationLines {
         uint32_t size;
         uint32_t valueCount;  // PD-offset: N
         uint16_t crc;
-        bool added;  // in the text added this run, not the file's
+        bool added;     // in the text added this run, not the file's
+        bool verbatim;  // a loaded line, its CRC and "\n" right after its texts as written
     };
-
-    using Decode = void (*)(std::string_view line, DecodedLine* decoded, bool sumTexts);
 
     explicit CalibrationLines(const char* tag) : tag(tag) {}
 
@@ -36,11 +35,14 @@ class CalibrationLines {
     bool load(const std::string& file, Decode decode, Keep keep) {
         std::string_view text;
         if (!appendFile(file, &text)) return false;
-        DecodedLine decoded;
-        forEachLine(text, [&](std::string_view line) {
-            decode(line, &decoded, false);
-            if (keep(line, decoded)) keepFields(decoded);
-        });
+        // A line that makes a record holds seven bytes and its "\n" at least: room for all of
+        // them at once, so that the records are never copied while they grow (the pages never
+        // written to cost no memory).
+        records.reserve(records.size() + text.size() / 8 + 1);
+        forEachDecodedLine(text, decode, false,
+                           [&](std::string_view line, const DecodedLine& decoded) {
+                               if (keep(line, decoded)) keepFields(line, decoded);
+                           });
         return true;
     }
 
@@ -53,8 +55,9 @@ class CalibrationLines {
         return -1;
     }
 
-    // The `index`-th text of a record as stored, without splitting the others out.
-    static std::string_view textOf(std::string_view stored, size_t index);
+    // Whether the `index`-th text of a record as stored is `text`, without splitting the
+    // others out.
+    static bool holds(std::string_view stored, size_t index, std::string_view text);
 
     std::string_view stored(const Record& record) const;
     std::vector<std::string_view> texts(const Record& record) const;
@@ -71,7 +74,7 @@ class CalibrationLines {
 
   private:
     bool appendFile(const std::string& file, std::string_view* added);
-    void keepFields(const DecodedLine& line);
+    void keepFields(std::string_view line, const DecodedLine& decoded);
     static size_t decimalDigits(uint16_t value);
 
     const char* tag;

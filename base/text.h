@@ -5,9 +5,9 @@
 #include <string_view>
 #include <vector>
 
-// The text vocabulary every folder shares: lines, comma-separated fields, hexadecimal and quoted
-// texts. Nothing here prints or allocates per line; views point into the text they were cut
-// from.
+// The text vocabulary every folder shares: lines, separated pieces, hexadecimal and quoted texts
+// (the calibration files' field split is in fieldlines.h). Nothing here prints or allocates per
+// line; views point into the text they were cut from.
 
 // White space as the C locale classifies it: " \t\n\v\f\r".
 inline bool isBlank(char c) {
@@ -25,15 +25,6 @@ void forEachLine(std::string_view text, Visit visit) {
         text.remove_prefix(end + 1);
     }
 }
-
-// The fields of a line of the AF and PD-offset files, as the regular expression "\s*,\s*" cuts
-// them: the texts between separators, a separator being a comma with any white space on either
-// side. Empty fields between commas count; an empty field after the last comma does not; blanks
-// at the very start and end of the line stay. A line without a comma is one field, even when
-// empty. `fields` is cleared first; its room is reused from line to line. Returns whether every
-// separator was a bare comma, so that the fields lie in the line exactly as they would be
-// written again.
-bool splitFields(std::string_view line, std::vector<std::string_view>* fields);
 
 // Every piece of `text` between `separator`s, empty ones included: n separators give n + 1
 // pieces.

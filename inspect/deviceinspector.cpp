@@ -269,7 +269,7 @@ InspectReport::Camera* DeviceInspector::cameraOfFocusFuseId(std::string_view fus
 
 // What sets the AF and PD-offset files apart in the one walk over their lines.
 struct DeviceInspector::LineFile {
-    void (*decode)(std::string_view line, DecodedLine* decoded, bool sumTexts);
+    Decode decode;
     const char* recordName;
     // The rest of the sentence about a line the loader drops or stops on.
     std::string (*dropped)(const DecodedLine& line);
@@ -285,7 +285,6 @@ void DeviceInspector::inspectLineFile(InspectReport::TextFile* file, std::string
     std::string bytes;
     file->presence = readFile(file->name, "", &bytes);
     if (file->presence != InspectReport::Presence::read) return;
-    DecodedLine line;
     UnfittedRun run;
     auto noteRun = [&] {
         if (run.count == 0) return;
@@ -294,12 +293,13 @@ void DeviceInspector::inspectLineFile(InspectReport::TextFile* file, std::string
         }
         run = UnfittedRun();
     };
-    forEachNumberedLine(bytes, [&](size_t number, std::string_view text) {
+    size_t number = 0;
+    forEachDecodedLine(bytes, kind.decode, true, [&](std::string_view, const DecodedLine& line) {
+        ++number;
         ++file->lines;
         auto where = [file, number] {
             return "Line " + std::to_string(number) + " of " + file->name;
         };
-        kind.decode(text, &line, true);
         if (line.status != LineStatus::ok) {
             if (size_t* listed = file->droppedLines.add()) *listed = number;
             if (std::string* message = problem("dropped-line", file->name, "")) {
@@ -328,7 +328,7 @@ void DeviceInspector::inspectLineFile(InspectReport::TextFile* file, std::string
 
 void DeviceInspector::inspectAfFile() {
     static const LineFile kAfLines = {
-        decodeAfLine, "AF point",
+        decodeSplitAfLine, "AF point",
         [](const DecodedLine& line) {
             return " has " + counted(line.columnCount, "column") +
                    " instead of 7, so the next AF store drops it.";
@@ -354,7 +354,7 @@ void DeviceInspector::inspectAfFile() {
 
 void DeviceInspector::inspectPdOffsetFile() {
     static const LineFile kPdOffsetLines = {
-        decodePdOffsetLine, "PD-offset record",
+        decodeSplitPdOffsetLine, "PD-offset record",
         [](const DecodedLine& line) -> std::string {
             if (line.status == LineStatus::lengthNotANumber) {
                 return " has a value count that is not a number, so a PD-offset store stops "

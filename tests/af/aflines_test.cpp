@@ -5,33 +5,55 @@
 #include <random>
 #include <regex>
 
+#include "base/fieldlines.h"
 #include "base/text.h"
 
 namespace {
 
-// The split has always been the regex token split on "\s*,\s*"; the scan must give the same
-// fields for every line.
+// The split has always been the regex token split on "\s*,\s*" of each line as getline cuts
+// them; the one-pass scan of a whole file must give the same lines and fields, wherever lines
+// and commas fall in its blocks.
 TEST(AfLines, SplitIsTheRegexTokenSplit) {
     const std::regex separator("\\s*,\\s*", std::regex::ECMAScript);
-    // Every other line without blanks, as the stores write them, so that the word-wise scan
-    // meets commas at every place in a word.
-    const char alphabet[] = {'x', ',', '\xa0', ' ', '\t', '\n', '\v', '\f', '\r', '\0', '\x85'};
-    std::mt19937 random(12);
-    for (int round = 0; round < 30000; ++round) {
-        std::string line(random() % 24, ' ');
-        for (char& c : line) c = alphabet[random() % (round % 2 == 0 ? 3 : sizeof alphabet)];
-        const std::vector<std::string> expected(
+    const auto regexSplit = [&separator](const std::string& line) {
+        return std::vector<std::string>(
             std::sregex_token_iterator(line.begin(), line.end(), separator, -1),
             std::sregex_token_iterator());
-        bool bare = true;  // no blank beside a comma
+    };
+    const auto bareSplit = [](std::string_view line) {  // no blank beside a comma
         for (size_t i = 0; i < line.size(); ++i) {
-            bare &= line[i] != ',' || ((i == 0 || !isBlank(line[i - 1])) &&
-                                       (i + 1 == line.size() || !isBlank(line[i + 1])));
+            if (line[i] == ',' && ((i > 0 && isBlank(line[i - 1])) ||
+                                   (i + 1 < line.size() && isBlank(line[i + 1])))) {
+                return false;
+            }
         }
+        return true;
+    };
+    // Every other text without blanks but line breaks, as the stores write them.
+    const char alphabet[] = {'x', ',', '\xa0', '\n', ' ', '\t', '\v', '\f', '\r', '\0', '\x85'};
+    std::mt19937 random(12);
+    for (int round = 0; round < 30000; ++round) {
+        std::string text(random() % 60, ' ');
+        for (char& c : text) c = alphabet[random() % (round % 2 == 0 ? 4 : sizeof alphabet)];
         std::vector<std::string_view> fields;
-        EXPECT_EQ(splitFields(line, &fields), bare) << testing::PrintToString(line);
-        ASSERT_EQ(std::vector<std::string>(fields.begin(), fields.end()), expected)
-            << testing::PrintToString(line);
+        EXPECT_EQ(splitFields(text, &fields), bareSplit(text)) << testing::PrintToString(text);
+        ASSERT_EQ(std::vector<std::string>(fields.begin(), fields.end()), regexSplit(text))
+            << testing::PrintToString(text);
+
+        std::vector<std::string_view> lines;
+        forEachLine(text, [&lines](std::string_view line) { lines.push_back(line); });
+        FieldLines scan(text);
+        std::string_view line;
+        bool bare;
+        for (std::string_view expected : lines) {
+            ASSERT_TRUE(scan.next(&line, &fields, &bare)) << testing::PrintToString(text);
+            ASSERT_EQ(line, expected) << testing::PrintToString(text);
+            EXPECT_EQ(bare, bareSplit(line)) << testing::PrintToString(text);
+            ASSERT_EQ(std::vector<std::string>(fields.begin(), fields.end()),
+                      regexSplit(std::string(line)))
+                << testing::PrintToString(text);
+        }
+        EXPECT_FALSE(scan.next(&line, &fields, &bare)) << testing::PrintToString(text);
     }
 }
 
@@ -62,29 +84,37 @@ TEST(AfLines, DecodeAndEncodeAsTheLoaderAndTheWritersDo) {
         int columns, values;
         bool sfr;
         uint16_t stored, computed;
+        bool asWritten;  // the line is exactly what a writer writes for it
     };
     const LineStatus ok = LineStatus::ok, count = LineStatus::columnCount,
                      nan = LineStatus::lengthNotANumber;
     for (const Case& c : {
-             Case{false, "0 ,0,ABC123,50,300,30, 30010x", ok, 7, 0, false, 30010, 30010},
-             Case{false, "1,0,A,1,2,3,-1", ok, 7, 0, false, 65535, 18270},
-             Case{false, "1,0,A,1,2,3,99999999999999999999", ok, 7, 0, false, 65535, 18270},
-             Case{false, "1,0,A,1,2,3,-9223372036854775809", ok, 7, 0, false, 0, 18270},
-             Case{false, "1,0,A,1,2,3,9223372036854775807", ok, 7, 0, false, 65535, 18270},
-             Case{false, "1,0,A,1,2,3,-65537", ok, 7, 0, false, 65535, 18270},
-             Case{false, "1,0,A,1,2,3,", count, 6, 0, false, 0, 0},
-             Case{true, "1,0,ABC123,2,1.5,-2,41386", ok, 7, 2, false, 41386, 41386},
-             Case{true, "1,0,ABC123, +2x,1.5,-2,1,2,3,4,5,6,7,8,x", ok, 15, 2, true, 0, 15195},
-             Case{true, "1,0,F,2,0.5", count, 5, 0, false, 0, 0},
-             Case{true, "1,0,F,-1,a,b,c,d", count, 8, 0, false, 0, 0},
-             Case{true, "1,0,F,2147483648,a,b", nan, 6, 0, false, 0, 0},
-             Case{true, "1,0,F,x1,a,b", nan, 6, 0, false, 0, 0},
+             Case{false, "0 ,0,ABC123,50,300,30, 30010x", ok, 7, 0, false, 30010, 30010, false},
+             Case{false, "1,0,A,1,2,3,-1", ok, 7, 0, false, 65535, 18270, false},
+             Case{false, "1,0,A,1,2,3,18270", ok, 7, 0, false, 18270, 18270, true},
+             Case{false, "1,0,A,1,2,3,0", ok, 7, 0, false, 0, 18270, true},
+             Case{false, "1,0,A,1,2,3,018270", ok, 7, 0, false, 18270, 18270, false},
+             Case{false, "1,0,A,1,2,3,01", ok, 7, 0, false, 1, 18270, false},
+             Case{false, "1,0,A,1,2,3,65536", ok, 7, 0, false, 0, 18270, false},
+             Case{false, "1,0,A,1,2,3,18270,", ok, 7, 0, false, 18270, 18270, false},
+             Case{false, "1,0,A,1,2,3,99999999999999999999", ok, 7, 0, false, 65535, 18270, false},
+             Case{false, "1,0,A,1,2,3,-9223372036854775809", ok, 7, 0, false, 0, 18270, false},
+             Case{false, "1,0,A,1,2,3,9223372036854775807", ok, 7, 0, false, 65535, 18270, false},
+             Case{false, "1,0,A,1,2,3,-65537", ok, 7, 0, false, 65535, 18270, false},
+             Case{false, "1,0,A,1,2,3,", count, 6, 0, false, 0, 0, false},
+             Case{true, "1,0,ABC123,2,1.5,-2,41386", ok, 7, 2, false, 41386, 41386, true},
+             Case{true, "1,0,ABC123, +2x,1.5,-2,1,2,3,4,5,6,7,8,x", ok, 15, 2, true, 0, 15195, false},
+             Case{true, "1,0,F,2,0.5", count, 5, 0, false, 0, 0, false},
+             Case{true, "1,0,F,-1,a,b,c,d", count, 8, 0, false, 0, 0, false},
+             Case{true, "1,0,F,2147483648,a,b", nan, 6, 0, false, 0, 0, false},
+             Case{true, "1,0,F,x1,a,b", nan, 6, 0, false, 0, 0, false},
          }) {
         const DecodedLine d = c.pdOffset ? decodePdOffsetLine(c.line) : decodeAfLine(c.line);
         EXPECT_EQ(testing::PrintToString(std::make_tuple(d.status, d.columnCount, d.valueCount,
-                                                         d.hasSfrData, d.storedCrc, d.computedCrc)),
-                  testing::PrintToString(
-                      std::make_tuple(c.status, c.columns, c.values, c.sfr, c.stored, c.computed)))
+                                                         d.hasSfrData, d.storedCrc, d.computedCrc,
+                                                         d.asWritten)),
+                  testing::PrintToString(std::make_tuple(c.status, c.columns, c.values, c.sfr,
+                                                         c.stored, c.computed, c.asWritten)))
             << c.line;
     }
     std::string lines;

@@ -319,6 +319,8 @@ std::vector<Case> cases() {
             {"E/AfCalibrationData: Not expected file format, colum number: 6\n",
              "I/AfCalibrationData: exist calibration info: 1, 20, DEF, 50, 310, 25, 4464\n",
              "I/AfCalibrationData: write record: 0,0,ABC123,50,300,30,30010\n"}},
+        {"AfOneLineWithoutANewlineGetsOne", kAbc123, {{kAf, "1,0,ABC,10,300,25,123"}}, kAfStore,
+            kAfWrote, 0, {{kAf, "1,0,ABC,10,300,25,123\n" + kAfPoint}}, {"afcal"}},
         {"AfPointUpdatedInPlaceTheFirstOfDuplicates", kAbc123,
             {{kAf, "1,0,ABC123,10,300,25,1\n1,0,ABC123,50,280,25,2\n1,0,ABC123,50,999,25,3\n"}},
             kAfStore, kAfWrote, 0,

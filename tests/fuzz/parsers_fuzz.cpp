@@ -11,8 +11,8 @@
 #include "af/afcalibrationdata.h"
 #include "af/aflines.h"
 #include "awblsc/awblscrecord.h"
+#include "base/fieldlines.h"
 #include "base/parseint.h"
-#include "base/text.h"
 #include "common/fuseidproperty.h"
 #include "eeprom/eeprombinrecord.h"
 
@@ -39,17 +39,28 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     decodeAfLine(text);
     decodePdOffsetLine(text);
 
-    // The AF and PD-offset line split is the regex token split it replaced (on a bounded prefix:
-    // the regex recurses per character).
+    // The AF and PD-offset files' one-pass cut is getline's lines, each split as the regex token
+    // split it replaced (on a bounded prefix: the regex recurses per character).
     static const std::regex separator("\\s*,\\s*");
     const std::string prefix = text.substr(0, 256);
+    FieldLines lines(prefix);
+    std::string_view line;
     std::vector<std::string_view> fields;
-    splitFields(prefix, &fields);
-    if (std::vector<std::string>(fields.begin(), fields.end()) !=
-        std::vector<std::string>(
-            std::sregex_token_iterator(prefix.begin(), prefix.end(), separator, -1),
-            std::sregex_token_iterator())) {
-        abort();
+    bool bare;
+    size_t at = 0;  // where the next line must begin
+    while (lines.next(&line, &fields, &bare)) {
+        const std::string expected(line);
+        at += line.size();
+        if (line.data() + line.size() != prefix.data() + at ||
+            expected.find('\n') != std::string::npos || (at < prefix.size() && prefix[at] != '\n') ||
+            std::vector<std::string>(fields.begin(), fields.end()) !=
+                std::vector<std::string>(
+                    std::sregex_token_iterator(expected.begin(), expected.end(), separator, -1),
+                    std::sregex_token_iterator())) {
+            abort();
+        }
+        ++at;
     }
+    if (at < prefix.size()) abort();
     return 0;
 }
