@@ -89,7 +89,7 @@ bool AfCalibrationData::parse() {
             return false;
         }
         // The stored CRC is kept as it is: only write() re-sums a record it changes.
-        const std::vector<std::string_view>& f = decoded.fields;
+        const FieldLines::Fields& f = decoded.fields;
         const auto s = [](std::string_view text) { return static_cast<int>(text.size()); };
         __android_log_print(ANDROID_LOG_INFO, kTag,
                             "exist calibration info: %.*s, %.*s, %.*s, %.*s, %.*s, %.*s, %u\n",
@@ -231,7 +231,7 @@ void AfCalibrationData::pdOffsetInit() {
 
 void AfCalibrationData::pdOffsetParse() {
     const auto keep = [](std::string_view line, const DecodedLine& decoded) {
-        const std::vector<std::string_view>& fields = decoded.fields;
+        const FieldLines::Fields& fields = decoded.fields;
         if (decoded.status == LineStatus::lengthNotANumber) {
             abortOnBadNumber("PD-offset length of fuse ID " + std::string(fields[2]),
                              std::string(fields[3]));
@@ -273,8 +273,9 @@ bool AfCalibrationData::pdOffsetFlush() {
 
 bool AfCalibrationData::pdOffsetWrite(const std::string& camera, int pdOffsetLength,
                                       std::string pdOffset, int useFlag) {
-    std::vector<std::string_view> values;
-    splitFields(pdOffset, &values);
+    FieldLines::Fields split;
+    FieldLines::split(pdOffset, &split);
+    const std::vector<std::string_view> values(split.begin(), split.end());
     if (static_cast<long long>(values.size()) != pdOffsetLength) {
         // No newline: the stage's failure line completes it.
         fprintf(stdout, "input parse is error, pdoffset length and pdoffset data is mismatch");

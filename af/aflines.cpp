@@ -35,14 +35,14 @@ const char* unstorableTextReason(std::string_view text) {
 
 DecodedLine decodeAfLine(std::string_view line) {
     DecodedLine decoded;
-    decoded.bareCommas = splitFields(line, &decoded.fields);
+    decoded.bareCommas = FieldLines::split(line, &decoded.fields);
     decodeSplitAfLine(line, &decoded, true);
     return decoded;
 }
 
 DecodedLine decodePdOffsetLine(std::string_view line) {
     DecodedLine decoded;
-    decoded.bareCommas = splitFields(line, &decoded.fields);
+    decoded.bareCommas = FieldLines::split(line, &decoded.fields);
     decodeSplitPdOffsetLine(line, &decoded, true);
     return decoded;
 }
@@ -95,7 +95,7 @@ void decodeSplitAfLine(std::string_view line, DecodedLine* decoded, bool sumText
 
 void decodeSplitPdOffsetLine(std::string_view line, DecodedLine* decoded, bool sumTexts) {
     startDecode(decoded);
-    const std::vector<std::string_view>& fields = decoded->fields;
+    const FieldLines::Fields& fields = decoded->fields;
     const long long count = static_cast<long long>(fields.size());
     if (count < 6) {
         decoded->status = LineStatus::columnCount;

@@ -27,13 +27,13 @@ enum class LineStatus {
 struct DecodedLine {
     LineStatus status = LineStatus::ok;
     int columnCount = 0;
-    std::vector<std::string_view> fields;  // every field as split, the CRC text last
-    int valueCount = 0;                    // PD-offset: N
-    bool hasSfrData = false;               // PD-offset: 8 SFR texts follow the values
-    uint16_t storedCrc = 0;                // the last field as atoi reads it, kept to 16 bits
-    uint16_t computedCrc = 0;  // the CRC of the texts, as the writers and the read-back sum them
-    bool bareCommas = true;    // the fields lie in the line as they would be written again
-    bool asWritten = false;    // the line is what appendStoredLine writes for its texts and CRC
+    FieldLines::Fields fields;  // every field as split, the CRC text last
+    int valueCount = 0;         // PD-offset: N
+    bool hasSfrData = false;    // PD-offset: 8 SFR texts follow the values
+    uint16_t storedCrc = 0;     // the last field as atoi reads it, kept to 16 bits
+    uint16_t computedCrc = 0;   // the CRC of the texts, as the writers and the read-back sum them
+    bool bareCommas = true;     // the fields lie in the line as they would be written again
+    bool asWritten = false;     // the line is what appendStoredLine writes for its texts and CRC
 };
 
 // An AF line: ok with exactly 7 fields.

@@ -78,9 +78,21 @@ size_t firstMarked(uint64_t mask) {
     return static_cast<size_t>(__builtin_ctzll(mask)) / kBitsPerMark;
 }
 
+}  // namespace
+
+void FieldLines::Fields::add(std::string_view field) {
+    *roomFor(1) = field;
+    ++count;
+}
+
+std::string_view* FieldLines::Fields::roomFor(size_t more) {
+    if (room.size() - count < more) room.resize(2 * room.size() + more);
+    return room.data() + count;
+}
+
 // The split of a line with blanks beside its commas: each separator takes the blanks before the
 // comma (back to the field's start) and all the blanks after it.
-bool splitSeparated(std::string_view line, std::vector<std::string_view>* fields) {
+bool FieldLines::splitSeparated(std::string_view line, Fields* fields) {
     fields->clear();
     const char* text = line.data();
     const size_t size = line.size();
@@ -91,20 +103,18 @@ bool splitSeparated(std::string_view line, std::vector<std::string_view>* fields
         if (text[i] != ',') continue;
         size_t end = i;
         while (end > start && isBlank(text[end - 1])) --end;
-        fields->push_back(line.substr(start, end - start));
+        fields->add(line.substr(start, end - start));
         start = i + 1;
         while (start < size && isBlank(text[start])) ++start;
         bare = bare && end == i && start == i + 1;
         i = start - 1;
         separated = true;
     }
-    if (!separated || start < size) fields->push_back(line.substr(start));
+    if (!separated || start < size) fields->add(line.substr(start));
     return bare;
 }
 
-}  // namespace
-
-bool splitFields(std::string_view line, std::vector<std::string_view>* fields) {
+bool FieldLines::split(std::string_view line, Fields* fields) {
     FieldLines lines(line);
     std::string_view first;
     bool bare = true;
@@ -113,7 +123,7 @@ bool splitFields(std::string_view line, std::vector<std::string_view>* fields) {
     return splitSeparated(line, fields);
 }
 
-bool FieldLines::next(std::string_view* line, std::vector<std::string_view>* fields, bool* bare) {
+bool FieldLines::next(std::string_view* line, Fields* fields, bool* bare) {
     // Locals, not members: the fields written cannot alias them, so they stay in registers.
     const char* const data = text.data();
     const size_t size = text.size();
@@ -147,17 +157,22 @@ bool FieldLines::next(std::string_view* line, std::vector<std::string_view>* fie
             }
             commas &= before;
         }
+        // A field per comma, and one more for the line's last.
+        std::string_view* const first = fields->roomFor(kBlock + 1);
+        std::string_view* out = first;
         for (; commas != 0; commas &= commas - 1) {
             const size_t comma = at + firstMarked(commas);
-            fields->emplace_back(data + start, comma - start);
+            *out++ = std::string_view(data + start, comma - start);
             start = comma + 1;
         }
+        fields->count += static_cast<size_t>(out - first);
         if (newline != 0) {
             const size_t end = at + firstMarked(newline);
-            if (start < end || fields->empty()) fields->emplace_back(data + start, end - start);
+            if (start < end || fields->empty())
+                fields->add(std::string_view(data + start, end - start));
             return endLine(end);
         }
     }
-    if (start < size || fields->empty()) fields->emplace_back(data + start, size - start);
+    if (start < size || fields->empty()) fields->add(std::string_view(data + start, size - start));
     return endLine(size);
 }

@@ -35,8 +35,8 @@ TEST(AfLines, SplitIsTheRegexTokenSplit) {
     for (int round = 0; round < 30000; ++round) {
         std::string text(random() % 60, ' ');
         for (char& c : text) c = alphabet[random() % (round % 2 == 0 ? 4 : sizeof alphabet)];
-        std::vector<std::string_view> fields;
-        EXPECT_EQ(splitFields(text, &fields), bareSplit(text)) << testing::PrintToString(text);
+        FieldLines::Fields fields;
+        EXPECT_EQ(FieldLines::split(text, &fields), bareSplit(text)) << testing::PrintToString(text);
         ASSERT_EQ(std::vector<std::string>(fields.begin(), fields.end()), regexSplit(text))
             << testing::PrintToString(text);
 

@@ -45,7 +45,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     const std::string prefix = text.substr(0, 256);
     FieldLines lines(prefix);
     std::string_view line;
-    std::vector<std::string_view> fields;
+    FieldLines::Fields fields;
     bool bare;
     size_t at = 0;  // where the next line must begin
     while (lines.next(&line, &fields, &bare)) {
