@@ -1,7 +1,6 @@
 #include "tests/support/devicefolder.h"
 
 #include <fcntl.h>
-#include <ftw.h>
 #include <grp.h>
 #include <signal.h>
 #include <sys/resource.h>
@@ -20,9 +19,7 @@ bool canTrace() {
 }
 
 DeviceFolder::DeviceFolder() {
-    const char* tmp = getenv("TMPDIR");
-    rootPath = std::string(tmp != nullptr && *tmp ? tmp : "/tmp") + "/optoquill-XXXXXX";
-    if (mkdtemp(rootPath.data()) == nullptr) abort();
+    rootPath = makeScratchDirectory();
     for (const char* folder :
          {"/mnt", "/mnt/vendor", "/mnt/vendor/persist", "/mnt/vendor/persist/camera", "/sdcard"}) {
         mkdir((rootPath + folder).c_str(), 0755);
@@ -33,8 +30,7 @@ DeviceFolder::DeviceFolder() {
 }
 
 DeviceFolder::~DeviceFolder() {
-    auto removeEntry = [](const char* path, const struct stat*, int, FTW*) { return remove(path); };
-    nftw(rootPath.c_str(), removeEntry, 16, FTW_DEPTH | FTW_PHYS);
+    removeTree(rootPath);
 }
 
 std::string DeviceFolder::persistFile(const std::string& name) const {

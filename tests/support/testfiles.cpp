@@ -1,10 +1,13 @@
 #include "tests/support/testfiles.h"
 
 #include <dirent.h>
+#include <ftw.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdio>
+#include <cstdlib>
 #include <fstream>
 #include <iterator>
 
@@ -48,4 +51,18 @@ std::vector<std::string> directoryEntries(const std::string& directory) {
     closedir(dir);
     std::sort(names.begin(), names.end());
     return names;
+}
+
+std::string makeScratchDirectory() {
+    const char* tmp = getenv("TMPDIR");
+    std::string path = std::string(tmp != nullptr && *tmp ? tmp : "/tmp") + "/optoquill-XXXXXX";
+    if (mkdtemp(path.data()) == nullptr) abort();
+    return path;
+}
+
+void removeTree(const std::string& path) {
+    auto removeEntry = [](const char* entry, const struct stat*, int, FTW*) {
+        return remove(entry);
+    };
+    nftw(path.c_str(), removeEntry, 16, FTW_DEPTH | FTW_PHYS);
 }
