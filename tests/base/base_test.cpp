@@ -6,6 +6,7 @@
 #include "base/crc16ccitt.h"
 #include "base/filereader.h"
 #include "base/parseint.h"
+#include "base/paths.h"
 #include "base/text.h"
 #include "base/uniquefd.h"
 #include "tests/support/testfiles.h"
@@ -72,6 +73,11 @@ TEST(Text, CutsQuotesAndWritesHex) {
     EXPECT_EQ(quoted("A,\"\\\n\r\t\x01\x7F\xC3\xA9"), "\"A,\\\"\\\\\\n\\r\\t\\x01\\x7F\xC3\xA9\"");
     EXPECT_EQ(hexText(std::string("\x0A\xBC\xFF", 3), 1, 9), "BCFF");
     EXPECT_EQ(hexByte(0x0A) + " " + hex4(0xBEEF), "0A 0xBEEF");
+    const std::tuple<const char*, const char*, const char*> paths[] = {
+        {"a", ".", "a"}, {"/a", "/", "a"}, {"/a/b", "/a", "b"}, {"a/b/", "a/b", ""}};
+    for (const auto& [path, directory, base] : paths) {
+        EXPECT_EQ(directoryOf(path) + "|" + baseName(path), std::string(directory) + "|" + base);
+    }
 }
 
 TEST(UniqueFd, MovesItsDescriptorAndKeepsItOnASelfMove) {

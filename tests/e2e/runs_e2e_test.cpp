@@ -57,6 +57,8 @@ const Files kAb12 = {{kW, "xxxx0004AB12"}};
 const Args kAeStore = {"-n", "0", "-l", "100", "-s", "200", "-e", "300"};
 const Args kAfStore = {"-n", "0", "-d", "50", "-D", "300", "-t", "30"};
 const std::string kAfPoint = "0,0,ABC123,50,300,30,30010\n";
+const std::string kAfLines =
+    "1,0,A,1,1,1,10000\n1,0,A,2,1,1,1000\n1,0,A,3,1,1,100\n1,0,A,4,1,1,10\n";
 const std::string kPdRecord = "1,0,ABC123,2,1.5,-2,41386\n";
 const std::string kPdWithSfr = "1,0,ABC123,2,1.5,-2,1,2,3,4,5,6,7,8,53134\n";
 
@@ -312,8 +314,11 @@ std::vector<Case> cases() {
             {"E/AfCalibrationData: Not expected file format, colum number: 6\n",
              "I/AfCalibrationData: exist calibration info: 1, 20, DEF, 50, 310, 25, 4464\n",
              "I/AfCalibrationData: write record: 0,0,ABC123,50,300,30,30010\n"}},
-        {"AfOneLineWithoutANewlineGetsOne", kAbc123, {{kAf, "1,0,ABC,10,300,25,123"}}, kAfStore,
-            kAfWrote, 0, {{kAf, "1,0,ABC,10,300,25,123\n" + kAfPoint}}, {"afcal"}},
+        // Lines written back as they stand, whatever the length of their CRC; a last line
+        // without its newline gets one.
+        {"AfLinesKeptAsTheyStand", kAbc123, {{kAf, kAfLines + "1,0,ABC,10,300,25,123"}},
+            kAfStore, kAfWrote, 0, {{kAf, kAfLines + "1,0,ABC,10,300,25,123\n" + kAfPoint}},
+            {"afcal"}},
         {"AfPointUpdatedInPlaceTheFirstOfDuplicates", kAbc123,
             {{kAf, "1,0,ABC123,10,300,25,1\n1,0,ABC123,50,280,25,2\n1,0,ABC123,50,999,25,3\n"}},
             kAfStore, kAfWrote, 0,

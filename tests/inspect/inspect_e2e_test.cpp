@@ -165,8 +165,10 @@ TEST(Inspect, HealthyPlantedFaultsAndHistory) {
              chown(d.persistFile(kAe).c_str(), 0, 0);
              chmod(d.persistFile(kAf).c_str(), 0600);
              writeFile(d.persistFile(".com.nurvak.afc.bin.a1B2c3"), "1,0");
-             // é, then bytes of no valid sequence: a lead alone, beyond U+10FFFF, a surrogate
-             writeFile(d.persistFile("\xC3\xA9\xC3.\xF4\x90\x80\x80\xED\xA0\x80.txt"), "");
+             // é, then bytes of no valid sequence: a lead alone, beyond U+10FFFF, a surrogate,
+             // an overlong form
+             writeFile(d.persistFile("\xC3\xA9\xC3.\xF4\x90\x80\x80\xED\xA0\x80\xE0\x9F\xBF.txt"),
+                       "");
              // the highest second bytes that still make a character: ÿ, U+D7FF, U+10FFFF
              writeFile(d.persistFile("\xC3\xBF\xED\x9F\xBF\xF4\x8F\xBF\xBF.txt"), "");
          },

@@ -1,6 +1,7 @@
 #include <cutils/properties.h>
 #include <gtest/gtest.h>
 
+#include "platform/host/hostsockets.h"
 #include "platform/host/propertystore.h"
 
 namespace {
@@ -42,6 +43,17 @@ TEST(PropertyStore, ReadsBuildPropAndGetpropLinesAsADeviceHoldsThem) {
     EXPECT_STREQ(value, "");
     EXPECT_EQ(property_get("vendor.unset", value, std::string(200, 'd').c_str()), 91);
     store.clear();
+}
+
+// Android's address: one NUL, then the name, the length covering exactly those; no longer name fits.
+TEST(HostSockets, AbstractAddressIsANulAndTheName) {
+    sockaddr_un address;
+    socklen_t length = 0;
+    const std::string longest(sizeof address.sun_path - 1, 'n');
+    ASSERT_TRUE(makeAbstractAddress(longest, &address, &length));
+    EXPECT_EQ(std::string(address.sun_path, sizeof address.sun_path), '\0' + longest);
+    EXPECT_EQ(length, offsetof(sockaddr_un, sun_path) + 1 + longest.size());
+    EXPECT_FALSE(makeAbstractAddress(longest + "n", &address, &length));
 }
 
 }  // namespace
