@@ -10,6 +10,7 @@
 #include "common/fileattribute.h"
 #include "common/safefilewriter.h"
 #include "eeprom/eeprombindata.h"
+#include "platform/deviceroot.h"
 
 namespace {
 
@@ -509,6 +510,9 @@ void DeviceInspector::inspectEntries() {
         if (!role.aeFile.empty()) roles[role.aeFile] = "ae";
         if (!role.awbLscFile.empty()) roles[role.awbLscFile] = "awblsc";
     }
+    unsigned ownerUid;
+    unsigned ownerGid;
+    optoquillFileOwner(kSystemId, &ownerUid, &ownerGid);
     for (const PersistDirectory::Entry& item : directory.entries()) {
         const std::string& name = item.name;
         auto known = roles.find(name);
@@ -539,11 +543,11 @@ void DeviceInspector::inspectEntries() {
             *message = name + " has mode " + octal(item.mode) + " instead of " +
                        octal(kCalibrationFileMode) + ".";
         }
-        if ((item.uid != kSystemId || item.gid != kSystemId) &&
+        if ((item.uid != ownerUid || item.gid != ownerGid) &&
             (message = problem("owner", name, "", Scope::entries))) {
             *message = name + " is owned by " + std::to_string(item.uid) + ":" +
-                       std::to_string(item.gid) + " instead of " + std::to_string(kSystemId) + ":" +
-                       std::to_string(kSystemId) + ".";
+                       std::to_string(item.gid) + " instead of " + std::to_string(ownerUid) + ":" +
+                       std::to_string(ownerGid) + ".";
         }
     }
 }

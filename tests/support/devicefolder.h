@@ -24,6 +24,10 @@ struct RunOptions {
     std::vector<std::string> strace;
 };
 
+// Standard error without the ownership refusals that every file costs a user who is not root
+// (only root may give a file to the system user).
+std::string withoutOwnershipRefusals(const std::string& err);
+
 // Whether the tool can run under strace here: strace is installed and the tool is native.
 bool canTrace();
 
