@@ -81,13 +81,13 @@ size_t firstMarked(uint64_t mask) {
 }  // namespace
 
 void FieldLines::Fields::add(std::string_view field) {
-    *roomFor(1) = field;
+    roomFor(count, 1)[count] = field;
     ++count;
 }
 
-std::string_view* FieldLines::Fields::roomFor(size_t more) {
-    if (room.size() - count < more) room.resize(2 * room.size() + more);
-    return room.data() + count;
+std::string_view* FieldLines::Fields::roomFor(size_t used, size_t more) {
+    if (room.size() - used < more) room.resize(2 * room.size() + more);
+    return room.data();
 }
 
 // The split of a line with blanks beside its commas: each separator takes the blanks before the
@@ -135,10 +135,12 @@ bool FieldLines::next(std::string_view* line, Fields* fields, bool* bare) {
         block = from - from % kBlock;
         return true;
     };
-    fields->clear();
     *bare = true;
     size_t start = begin;
     size_t at = block;
+    // Each block's fields go through `out`, with room for a field per byte and one more.
+    std::string_view* first = fields->roomFor(0, kBlock + 1);
+    std::string_view* out = first;
     // The bytes of the first block that belong to earlier lines are not looked at.
     uint64_t mine = ~uint64_t{0} << (kBitsPerMark * (begin - at));
     for (; at < size; at += kBlock, mine = ~uint64_t{0}) {
@@ -157,22 +159,25 @@ bool FieldLines::next(std::string_view* line, Fields* fields, bool* bare) {
             }
             commas &= before;
         }
-        // A field per comma, and one more for the line's last.
-        std::string_view* const first = fields->roomFor(kBlock + 1);
-        std::string_view* out = first;
+        if (fields->room.size() - static_cast<size_t>(out - first) < kBlock + 1) {
+            const size_t used = static_cast<size_t>(out - first);
+            first = fields->roomFor(used, kBlock + 1);
+            out = first + used;
+        }
         for (; commas != 0; commas &= commas - 1) {
             const size_t comma = at + firstMarked(commas);
             *out++ = std::string_view(data + start, comma - start);
             start = comma + 1;
         }
-        fields->count += static_cast<size_t>(out - first);
         if (newline != 0) {
             const size_t end = at + firstMarked(newline);
-            if (start < end || fields->empty())
-                fields->add(std::string_view(data + start, end - start));
+            if (start < end || out == first) *out++ = std::string_view(data + start, end - start);
+            fields->count = static_cast<size_t>(out - first);
             return endLine(end);
         }
     }
-    if (start < size || fields->empty()) fields->add(std::string_view(data + start, size - start));
+    // The last block left room for one more.
+    if (start < size || out == first) *out++ = std::string_view(data + start, size - start);
+    fields->count = static_cast<size_t>(out - first);
     return endLine(size);
 }

@@ -33,8 +33,8 @@ class FieldLines {
         friend class FieldLines;
         void clear() { count = 0; }
         void add(std::string_view field);
-        // Where the next `more` fields go, written by the caller before `added(more)`.
-        std::string_view* roomFor(size_t more);
+        // The room, holding `more` fields after the first `used` at least.
+        std::string_view* roomFor(size_t used, size_t more);
 
         std::vector<std::string_view> room;  // its size is the room; the first `count` are used
         size_t count = 0;
