@@ -86,14 +86,14 @@ InspectReport::Presence DeviceJudge::unreadable(const std::string& name, const s
         case FileRead::Status::absent:
             return InspectReport::Presence::absent;
         case FileRead::Status::tooLarge:
-            if ((message = book.problem("size", name, camera, Scope::entries))) {
+            if ((message = book.problem(FindingKind::size, name, camera, Scope::entries))) {
                 *message = name + " is " + read.reason() + ", too large for a calibration file.";
             }
             return InspectReport::Presence::tooLarge;
         case FileRead::Status::link:
         case FileRead::Status::notRegular: {
             const std::string type = entry == nullptr ? "" : entry->type;
-            if ((message = book.problem("unreadable", name, camera, Scope::entries))) {
+            if ((message = book.problem(FindingKind::unreadable, name, camera, Scope::entries))) {
                 *message = name +
                            (read.status == FileRead::Status::link ? " is a symbolic link"
                             : type == "directory"                 ? " is a directory"
@@ -107,7 +107,7 @@ InspectReport::Presence DeviceJudge::unreadable(const std::string& name, const s
         case FileRead::Status::ioError:
             break;
     }
-    if ((message = book.problem("unreadable", name, camera, Scope::entries))) {
+    if ((message = book.problem(FindingKind::unreadable, name, camera, Scope::entries))) {
         *message = name + " cannot be read: " + read.reason() + ".";
     }
     return InspectReport::Presence::unreadable;
@@ -115,7 +115,7 @@ InspectReport::Presence DeviceJudge::unreadable(const std::string& name, const s
 
 void DeviceJudge::sensors(const InspectReport::Camera& camera) {
     auto malformed = [this, &camera](const FuseIdProperty& sensor) {
-        if (std::string* message = book.problem("property", "", camera.name)) {
+        if (std::string* message = book.problem(FindingKind::property, "", camera.name)) {
             *message = "The fuse-ID property " + sensor.name + " of camera " + camera.name +
                        " is malformed: " + quoted(sensor.value) + ".";
         }
@@ -132,17 +132,17 @@ void DeviceJudge::ae(const InspectReport::Camera& camera) {
     const AeRecord& record = ae.record;
     std::string* message = nullptr;
     if (record.form == AeRecord::Form::badSize) {
-        if ((message = book.problem("size", ae.name, camera.name))) {
+        if ((message = book.problem(FindingKind::size, ae.name, camera.name))) {
             *message = ae.name + " has " + std::to_string(record.size) + " bytes, where its " +
                        std::to_string(record.fuseLength) + "-byte fuse ID calls for " +
                        std::to_string(record.fuseLength + 12) + ".";
         }
     } else if (record.form == AeRecord::Form::factory) {
-        if ((message = book.problem("form", ae.name, camera.name))) {
+        if ((message = book.problem(FindingKind::form, ae.name, camera.name))) {
             *message = ae.name + " is stored in factory form, without its CRC.";
         }
     } else if (!record.crcMatches()) {
-        if ((message = book.problem("crc", ae.name, camera.name))) {
+        if ((message = book.problem(FindingKind::crc, ae.name, camera.name))) {
             *message = ae.name + " has CRC " + hex4(record.storedCrc) + " stored but " +
                        hex4(record.computedCrc) + " computed.";
         }
@@ -157,12 +157,12 @@ void DeviceJudge::awbLsc(const InspectReport::Camera& camera) {
     std::string* message = nullptr;
     for (const auto& [blockName, block] : blocks) {
         if (!block->present) {
-            if ((message = book.problem("size", file.name, camera.name))) {
+            if ((message = book.problem(FindingKind::size, file.name, camera.name))) {
                 *message = file.name + " has " + std::to_string(file.record.size) +
                            " bytes, too few for its " + blockName + " checksum.";
             }
         } else if (!block->ok()) {
-            if ((message = book.problem("checksum", file.name, camera.name))) {
+            if ((message = book.problem(FindingKind::checksum, file.name, camera.name))) {
                 *message = file.name + " has " + blockName + " checksum " +
                            std::to_string(block->stored) + " stored but " +
                            std::to_string(block->computed) + " computed.";
@@ -180,16 +180,16 @@ void DeviceJudge::otherFuseId(const std::string& file, const std::string& fuseId
         file + " is for fuse ID " + quoted(fuseId) + ", but camera " + camera.name;
     std::string* message = nullptr;
     if (!sensor.set()) {
-        if ((message = book.note("unfitted", file, camera.name)))
+        if ((message = book.note(FindingKind::unfitted, file, camera.name)))
             *message = head + " has no fitted sensor.";
-    } else if ((message = book.problem("fuse-id", file, camera.name))) {
+    } else if ((message = book.problem(FindingKind::fuseId, file, camera.name))) {
         *message = head + "'s fitted sensor has " + quoted(sensor.fuseId) + ".";
     }
 }
 
 void DeviceJudge::droppedLine(LineFile kind, const std::string& file, size_t number,
                               const DecodedLine& line) {
-    std::string* message = book.problem("dropped-line", file, "");
+    std::string* message = book.problem(FindingKind::droppedLine, file, "");
     if (message == nullptr) return;
     *message = "Line " + std::to_string(number) + " of " + file;
     if (kind == LineFile::af) {
@@ -206,7 +206,7 @@ void DeviceJudge::droppedLine(LineFile kind, const std::string& file, size_t num
 
 void DeviceJudge::crcFailure(LineFile kind, const std::string& file, size_t number,
                              const DecodedLine& line, const std::string& camera) {
-    std::string* message = book.problem("crc", file, camera);
+    std::string* message = book.problem(FindingKind::crc, file, camera);
     if (message == nullptr) return;
     const bool af = kind == LineFile::af;
     *message = "Line " + std::to_string(number) + " of " + file + " (fuse ID " +
@@ -217,7 +217,7 @@ void DeviceJudge::crcFailure(LineFile kind, const std::string& file, size_t numb
 }
 
 void DeviceJudge::unfitted(LineFile kind, const std::string& file, const UnfittedRun& run) {
-    std::string* message = book.note("unfitted", file, run.camera);
+    std::string* message = book.note(FindingKind::unfitted, file, run.camera);
     if (message == nullptr) return;
     const std::string lines = run.count == 1 ? "line " + std::to_string(run.firstLine)
                                              : "lines " + std::to_string(run.firstLine) + " to " +
@@ -230,12 +230,13 @@ void DeviceJudge::unfitted(LineFile kind, const std::string& file, const Unfitte
 void DeviceJudge::eepromCopy(const InspectReport::EepromCopy& copy) {
     const std::string& name = copy.name;
     std::string* message = nullptr;
-    if (copy.cameras.empty() && (message = book.note("unfitted", name, "", Scope::entries))) {
+    if (copy.cameras.empty() &&
+        (message = book.note(FindingKind::unfitted, name, "", Scope::entries))) {
         *message = name + " is an EEPROM copy for fuse ID " + quoted(copy.fuseId) +
                    ", which no fitted sensor has.";
     }
     if (!copy.record.hasChecksum) {
-        if ((message = book.problem("size", name, "", Scope::entries))) {
+        if ((message = book.problem(FindingKind::size, name, "", Scope::entries))) {
             *message = name + " has " + std::to_string(copy.size) +
                        " bytes, too few for the checksum byte at offset " +
                        std::to_string(EepromBinRecord::checksumOffset) + ".";
@@ -243,11 +244,11 @@ void DeviceJudge::eepromCopy(const InspectReport::EepromCopy& copy) {
     } else if (copy.cameras.empty()) {
         // An old module's copy: the published checksum is the fitted module's.
     } else if (copy.publishedChecksum.empty()) {
-        if ((message = book.problem("checksum", name, "", Scope::entries))) {
+        if ((message = book.problem(FindingKind::checksum, name, "", Scope::entries))) {
             *message = name + " cannot be checked, as " + eepromBinChecksumProperty + " is not set.";
         }
     } else if (!copy.checksumAgrees) {
-        if ((message = book.problem("checksum", name, "", Scope::entries))) {
+        if ((message = book.problem(FindingKind::checksum, name, "", Scope::entries))) {
             *message = name + " has checksum byte " + hexByte(copy.record.checksum) + ", but " +
                        eepromBinChecksumProperty + " is " + quoted(copy.publishedChecksum) + ".";
         }
@@ -255,7 +256,7 @@ void DeviceJudge::eepromCopy(const InspectReport::EepromCopy& copy) {
 }
 
 void DeviceJudge::logLine(const std::string& file, size_t number) {
-    if (std::string* message = book.problem("log", file, "")) {
+    if (std::string* message = book.problem(FindingKind::log, file, "")) {
         *message =
             "Line " + std::to_string(number) + " of " + file + " is not a calibration result line.";
     }
@@ -270,8 +271,9 @@ void DeviceJudge::lastResults(const InspectReport& report) {
             const std::string sentence = std::string("The last ") + what + " result that " + log +
                                          " holds for camera " + camera.name + " is a failure";
             // A camera where no sensor is fitted now has nothing to calibrate.
-            std::string* message = camera.sensor.set() ? book.problem("log", log, camera.name)
-                                                       : book.note("log", log, camera.name);
+            std::string* message = camera.sensor.set()
+                                       ? book.problem(FindingKind::log, log, camera.name)
+                                       : book.note(FindingKind::log, log, camera.name);
             if (message != nullptr) {
                 *message = sentence + (camera.sensor.set() ? "." : ", and it has no fitted sensor.");
             }
@@ -281,8 +283,8 @@ void DeviceJudge::lastResults(const InspectReport& report) {
 
 void DeviceJudge::stray(const std::string& name, std::string_view role) {
     const bool temporary = role == "temporary";
-    if (std::string* message =
-            book.problem(temporary ? "temporary" : "unknown", name, "", Scope::entries)) {
+    if (std::string* message = book.problem(
+            temporary ? FindingKind::temporary : FindingKind::unknown, name, "", Scope::entries)) {
         *message = name + (temporary ? " is a temporary that an interrupted store left behind."
                                      : " is not a file that optoquill writes.");
     }
@@ -293,12 +295,12 @@ void DeviceJudge::attributes(const PersistDirectory::Entry& entry, unsigned owne
     const std::string& name = entry.name;
     std::string* message = nullptr;
     if (entry.mode != kCalibrationFileMode &&
-        (message = book.problem("mode", name, "", Scope::entries))) {
+        (message = book.problem(FindingKind::mode, name, "", Scope::entries))) {
         *message = name + " has mode " + octal(entry.mode) + " instead of " +
                    octal(kCalibrationFileMode) + ".";
     }
     if ((entry.uid != ownerUid || entry.gid != ownerGid) &&
-        (message = book.problem("owner", name, "", Scope::entries))) {
+        (message = book.problem(FindingKind::owner, name, "", Scope::entries))) {
         *message = name + " is owned by " + std::to_string(entry.uid) + ":" +
                    std::to_string(entry.gid) + " instead of " + std::to_string(ownerUid) + ":" +
                    std::to_string(ownerGid) + ".";
@@ -315,7 +317,7 @@ void DeviceJudge::needs(const std::vector<ProductNeed>& needs, InspectReport* re
         const bool focus = need.kind == NeedKind::af || need.kind == NeedKind::pdoffset;
         const FuseIdProperty& sensor = focus ? camera->focusSensor : camera->sensor;
         const NeedFacts facts = needFacts(need.kind, *report, *camera);
-        report->needs.push_back({camera->name, std::string(needKindName(need.kind)), facts.met});
+        report->needs.push_back({camera->name, need.kind, facts.met});
         // A need that another problem already explains (a file for another module, one that
         // cannot be read, a malformed property) is not told twice.
         std::string reason;
@@ -330,7 +332,7 @@ void DeviceJudge::needs(const std::vector<ProductNeed>& needs, InspectReport* re
         } else {
             continue;
         }
-        if (std::string* message = book.problem("missing", facts.file, camera->name)) {
+        if (std::string* message = book.problem(FindingKind::missing, facts.file, camera->name)) {
             *message = "Camera " + camera->name + " needs " + facts.what + ", but " + reason + ".";
         }
     }

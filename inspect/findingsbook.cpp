@@ -1,11 +1,11 @@
 #include "inspect/findingsbook.h"
 
-std::string* FindingsBook::problem(const std::string& kind, const std::string& file,
+std::string* FindingsBook::problem(FindingKind kind, const std::string& file,
                                    const std::string& camera, Scope scope) {
     return find(&report.problems, &problemCounts, kind, file, camera, scope);
 }
 
-std::string* FindingsBook::note(const std::string& kind, const std::string& file,
+std::string* FindingsBook::note(FindingKind kind, const std::string& file,
                                 const std::string& camera, Scope scope) {
     return find(&report.notes, &noteCounts, kind, file, camera, scope);
 }
@@ -15,9 +15,8 @@ void FindingsBook::close() {
     noteUnlisted(noteCounts, &report.notes);
 }
 
-std::string* FindingsBook::find(InspectReport::Findings* findings, Counts* counts,
-                                const std::string& kind, const std::string& file,
-                                const std::string& camera, Scope scope) {
+std::string* FindingsBook::find(InspectReport::Findings* findings, Counts* counts, FindingKind kind,
+                                const std::string& file, const std::string& camera, Scope scope) {
     ++findings->count;
     size_t& count = (*counts)[{kind, scope == Scope::file ? file : ""}];
     if (++count > kListLimit) return nullptr;

@@ -20,9 +20,9 @@ class FindingsBook {
 
     // Counts a problem (or a note); while it is among the first of its kind and scope, returns
     // the sentence to fill in, else null.
-    std::string* problem(const std::string& kind, const std::string& file,
-                         const std::string& camera, Scope scope = Scope::file);
-    std::string* note(const std::string& kind, const std::string& file, const std::string& camera,
+    std::string* problem(FindingKind kind, const std::string& file, const std::string& camera,
+                         Scope scope = Scope::file);
+    std::string* note(FindingKind kind, const std::string& file, const std::string& camera,
                       Scope scope = Scope::file);
 
     // Says how many of each kind went unworded; the last call.
@@ -30,11 +30,10 @@ class FindingsBook {
 
   private:
     // Findings counted per kind and file ("" for the entries).
-    using Counts = std::map<std::pair<std::string, std::string>, size_t>;
+    using Counts = std::map<std::pair<FindingKind, std::string>, size_t>;
 
-    static std::string* find(InspectReport::Findings* findings, Counts* counts,
-                             const std::string& kind, const std::string& file,
-                             const std::string& camera, Scope scope);
+    static std::string* find(InspectReport::Findings* findings, Counts* counts, FindingKind kind,
+                             const std::string& file, const std::string& camera, Scope scope);
     static void noteUnlisted(const Counts& counts, InspectReport::Findings* findings);
 
     InspectReport& report;

@@ -2,16 +2,45 @@
 
 #include <cstddef>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "ae/aerecord.h"
 #include "awblsc/awblscrecord.h"
 #include "common/fuseidproperty.h"
 #include "eeprom/eeprombinrecord.h"
+#include "inspect/productneeds.h"
 
 // How many lines, records or entries of one kind a report lists; the rest are only counted, so
 // that a file of junk costs a few kilobytes of report.
 constexpr size_t kListLimit = 20;
+
+// What a problem or note is about, in the order of the names the reports give them, which is
+// also the order in which what went unlisted is counted.
+enum class FindingKind {
+    checksum,
+    crc,
+    droppedLine,
+    form,
+    fuseId,
+    log,
+    missing,
+    mode,
+    owner,
+    property,
+    size,
+    temporary,
+    unfitted,
+    unknown,
+    unreadable,
+};
+inline constexpr std::string_view kFindingKinds[] = {
+    "checksum", "crc",      "dropped-line", "form",      "fuse-id",  "log",     "missing",   "mode",
+    "owner",    "property", "size",         "temporary", "unfitted", "unknown", "unreadable"};
+
+inline std::string_view findingKindName(FindingKind kind) {
+    return kFindingKinds[static_cast<size_t>(kind)];
+}
 
 // The first kListLimit items of a kind, and how many there are in all.
 template <typename T>
@@ -121,14 +150,14 @@ struct InspectReport {
     // What the product needs of one camera (--expect), and whether the device has it.
     struct Need {
         std::string camera;
-        std::string kind;  // "ae", "awblsc", "af", "pdoffset" or "eeprom"
+        NeedKind kind;
         bool met = false;
     };
 
     // A problem (the calibration is not what the camera service needs) or a note (harmless
     // history, such as the records of a module no longer fitted).
     struct Finding {
-        std::string kind;
+        FindingKind kind;
         std::string file;     // the entry it is about, or empty
         std::string camera;   // the camera's short name, or empty
         std::string message;  // one sentence
@@ -137,7 +166,7 @@ struct InspectReport {
     // Findings of one kind in one file past the first kListLimit; an empty file stands for the
     // persist directory's entries taken together.
     struct Unlisted {
-        std::string kind;
+        FindingKind kind;
         std::string file;
         size_t count = 0;
     };

@@ -204,7 +204,7 @@ void putFindings(Json::Value* root, const std::string& name,
     Json::Value listed(Json::arrayValue);
     for (const InspectReport::Finding& finding : findings.listed) {
         Json::Value json(Json::objectValue);
-        json["kind"] = finding.kind;
+        json["kind"] = std::string(findingKindName(finding.kind));
         json["file"] = textOrNull(finding.file);
         json["camera"] = textOrNull(finding.camera);
         json["message"] = text(finding.message);
@@ -213,7 +213,7 @@ void putFindings(Json::Value* root, const std::string& name,
     Json::Value unlisted(Json::arrayValue);
     for (const InspectReport::Unlisted& more : findings.unlisted) {
         Json::Value json(Json::objectValue);
-        json["kind"] = more.kind;
+        json["kind"] = std::string(findingKindName(more.kind));
         json["file"] = textOrNull(more.file);
         json["count"] = count(more.count);
         unlisted.append(json);
@@ -234,7 +234,7 @@ std::string renderJsonReport(const InspectReport& report) {
     for (const InspectReport::Need& need : report.needs) {
         Json::Value json(Json::objectValue);
         json["camera"] = need.camera;
-        json["kind"] = need.kind;
+        json["kind"] = std::string(needKindName(need.kind));
         json["met"] = need.met;
         needs.append(json);
     }

@@ -171,8 +171,10 @@ void findingsSection(std::string* out, const std::string& heading,
         *out += "  " + printableUtf8(finding.message) + "\n";
     }
     for (const InspectReport::Unlisted& more : findings.unlisted) {
-        *out += "  (" + count(more.count, "more " + more.kind + " " + noun) + " " +
-                (more.file.empty() ? "among the entries" : "in " + printableUtf8(more.file)) + ")\n";
+        *out += "  (" +
+                count(more.count, "more " + std::string(findingKindName(more.kind)) + " " + noun) +
+                " " + (more.file.empty() ? "among the entries" : "in " + printableUtf8(more.file)) +
+                ")\n";
     }
 }
 
@@ -274,8 +276,8 @@ std::string renderTextReport(const InspectReport& report) {
     if (!report.needs.empty()) {
         std::string needs;
         for (const InspectReport::Need& need : report.needs) {
-            needs += (needs.empty() ? "" : ", ") + need.camera + " " + need.kind +
-                     (need.met ? " met" : " NOT MET");
+            needs += (needs.empty() ? "" : ", ") + need.camera + " " +
+                     std::string(needKindName(need.kind)) + (need.met ? " met" : " NOT MET");
         }
         row(&out, 0, "Needs", needs);
     }
