@@ -142,6 +142,11 @@ TEST(Inspect, HealthyPlantedFaultsAndHistory) {
         {"sizes and form",
          "size-and-form",
          [](DeviceFolder& d) {
+             // Camera t fitted with rear main's module, and its AE file cut to no form's size.
+             d.setProperty("vendor.camera.sensor.t.fuseID", "xxxx0006ABC123");
+             writeFile(d.persistFile("com.nurvak.aecal.t.bin"),
+                       readFile(d.persistFile(kAe)).substr(0, 14));
+             chown(d.persistFile("com.nurvak.aecal.t.bin").c_str(), 1000, 1000);
              truncate(d.persistFile(kAe).c_str(), 13);
              truncate(d.persistFile(kAwbLsc).c_str(), 1000);
              const std::string large = d.persistFile("com.nurvak.aecal.f.bin");
