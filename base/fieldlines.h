@@ -22,7 +22,6 @@ class FieldLines {
     class Fields {
       public:
         size_t size() const { return count; }
-        bool empty() const { return count == 0; }
         const std::string_view& operator[](size_t i) const { return room[i]; }
         const std::string_view& front() const { return room[0]; }
         const std::string_view& back() const { return room[count - 1]; }

@@ -94,6 +94,7 @@ TEST(FileReader, TakesOnlyRegularFilesUpToTheCapAndSaysWhy) {
     const std::string dir = testing::TempDir() + "/reader." + std::to_string(getpid());
     ASSERT_EQ(mkdir(dir.c_str(), 0700), 0);
     writeFile(dir + "/file", "abc");
+    writeFile(dir + "/empty", "");
     ASSERT_EQ(symlink((dir + "/file").c_str(), (dir + "/link").c_str()), 0);
     writeFile(dir + "/large", "");
     ASSERT_EQ(truncate((dir + "/large").c_str(), kMaxFileSize + 1), 0);
@@ -101,7 +102,7 @@ TEST(FileReader, TakesOnlyRegularFilesUpToTheCapAndSaysWhy) {
     // the runs table's)
     // clang-format off
     const std::tuple<std::string, Links, std::string> cases[] = {
-        {"/file", Links::refuse, "abc"}, {"/link", Links::follow, "abc"},
+        {"/file", Links::refuse, "abc"}, {"/empty", Links::refuse, ""}, {"/link", Links::follow, "abc"},
         {"/link", Links::refuse, "a symbolic link"}, {"/missing", Links::follow,
         "No such file or directory"}, {"", Links::follow, "Is a directory"},
         {"/large", Links::follow, "larger than 16 MiB"}};
@@ -110,7 +111,7 @@ TEST(FileReader, TakesOnlyRegularFilesUpToTheCapAndSaysWhy) {
         const FileRead read = readFile(dir + name, links);
         EXPECT_EQ(read.ok() ? read.bytes : read.reason(), expected) << name;
     }
-    for (const char* name : {"/file", "/link", "/large"}) unlink((dir + name).c_str());
+    for (const char* name : {"/file", "/empty", "/link", "/large"}) unlink((dir + name).c_str());
     rmdir(dir.c_str());
 }
 
