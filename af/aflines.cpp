@@ -17,38 +17,6 @@ void appendCrcAndEnd(std::string* out, uint16_t crc) {
     out->append(digits + at, sizeof digits - at);
 }
 
-}  // namespace
-
-void appendStoredLine(std::string* out, std::string_view texts, uint16_t crc) {
-    out->append(texts);
-    appendCrcAndEnd(out, crc);
-}
-
-const char* unstorableTextReason(std::string_view text) {
-    if (text.find('\n') != std::string_view::npos) return "holds a line break";
-    if (text.find(',') != std::string_view::npos) return "holds a comma";
-    if (!text.empty() && (isBlank(text.front()) || isBlank(text.back()))) {
-        return "begins or ends with white space";
-    }
-    return nullptr;
-}
-
-DecodedLine decodeAfLine(std::string_view line) {
-    DecodedLine decoded;
-    decoded.bareCommas = FieldLines::split(line, &decoded.fields);
-    decodeSplitAfLine(line, &decoded, true);
-    return decoded;
-}
-
-DecodedLine decodePdOffsetLine(std::string_view line) {
-    DecodedLine decoded;
-    decoded.bareCommas = FieldLines::split(line, &decoded.fields);
-    decodeSplitPdOffsetLine(line, &decoded, true);
-    return decoded;
-}
-
-namespace {
-
 // Clears what the last line's decode set, keeping this line's split.
 void startDecode(DecodedLine* decoded) {
     decoded->status = LineStatus::ok;
@@ -79,6 +47,34 @@ void readStoredCrc(std::string_view line, DecodedLine* decoded) {
 }
 
 }  // namespace
+
+void appendStoredLine(std::string* out, std::string_view texts, uint16_t crc) {
+    out->append(texts);
+    appendCrcAndEnd(out, crc);
+}
+
+const char* unstorableTextReason(std::string_view text) {
+    if (text.find('\n') != std::string_view::npos) return "holds a line break";
+    if (text.find(',') != std::string_view::npos) return "holds a comma";
+    if (!text.empty() && (isBlank(text.front()) || isBlank(text.back()))) {
+        return "begins or ends with white space";
+    }
+    return nullptr;
+}
+
+DecodedLine decodeAfLine(std::string_view line) {
+    DecodedLine decoded;
+    decoded.bareCommas = FieldLines::split(line, &decoded.fields);
+    decodeSplitAfLine(line, &decoded, true);
+    return decoded;
+}
+
+DecodedLine decodePdOffsetLine(std::string_view line) {
+    DecodedLine decoded;
+    decoded.bareCommas = FieldLines::split(line, &decoded.fields);
+    decodeSplitPdOffsetLine(line, &decoded, true);
+    return decoded;
+}
 
 void decodeSplitAfLine(std::string_view line, DecodedLine* decoded, bool sumTexts) {
     startDecode(decoded);

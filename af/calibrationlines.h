@@ -6,7 +6,6 @@
 #include <vector>
 
 #include "af/aflines.h"
-#include "base/text.h"
 
 // One of the two focus calibration files as a store holds it: the bytes as loaded, the texts of
 // the records changed or added since, and per record where its texts lie and its CRC. Loading,

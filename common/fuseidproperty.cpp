@@ -20,7 +20,7 @@ std::string readProperty(std::string_view name) {
 }
 
 FuseIdProperty splitFuseIdProperty(std::string name, std::string value) {
-    FuseIdProperty property{};
+    FuseIdProperty property;
     property.name = std::move(name);
     property.value = std::move(value);
     if (property.value.size() < kIdStart) return property;

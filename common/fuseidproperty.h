@@ -14,7 +14,7 @@ struct FuseIdProperty {
     std::string name;         // the property that was set; empty when none of those asked was
     std::string value;        // its whole value
     bool wellFormed = false;  // 8 characters or more, with a number in the length field
-    int length;               // N; 0 unless well formed
+    int length = 0;           // N
     std::string fuseId;
 
     bool set() const { return !name.empty(); }

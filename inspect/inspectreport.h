@@ -111,10 +111,10 @@ struct InspectReport {
 
     struct Camera {
         int roleId = 0;
-        std::string name;              // the short name
-        FuseIdProperty sensor{};       // as the AE and AWB/LSC stores read it
-        FuseIdProperty focusSensor{};  // as the AF and PD-offset stores read it
-        bool fitted = false;           // either property is set
+        std::string name;            // the short name
+        FuseIdProperty sensor;       // as the AE and AWB/LSC stores read it
+        FuseIdProperty focusSensor;  // as the AF and PD-offset stores read it
+        bool fitted = false;         // either property is set
         AeFile ae;
         bool hasAwbLsc = false;  // a front camera
         AwbLscFile awbLsc;
