@@ -26,30 +26,21 @@ bool CalibrationLines::appendFile(const std::string& file, std::string_view* add
     } else {
         loadedText.append(read.bytes);
     }
+    loadedEnd = loadedText.data() + loadedText.size();
     *added = std::string_view(loadedText).substr(from);
     return true;
 }
 
-// The fields before the CRC as they will be written: the line itself when they are separated by
-// bare commas, so that a file this store wrote is taken without a copy; otherwise the fields
-// joined again, in the added text.
-void CalibrationLines::keepFields(std::string_view line, const DecodedLine& decoded) {
+void CalibrationLines::keepJoined(const DecodedLine& decoded) {
     const size_t count = decoded.fields.size() - 1;
-    const char* begin = decoded.fields.front().data();
-    Record record = {0,     0,    static_cast<uint32_t>(decoded.valueCount), decoded.storedCrc,
-                     false, false};
-    if (decoded.bareCommas) {
-        record.start = static_cast<uint32_t>(begin - loadedText.data());
-        record.size = static_cast<uint32_t>(decoded.fields[count].data() - begin);
-        // A last line without its "\n" is completed when written again.
-        record.verbatim =
-            decoded.asWritten && line.data() + line.size() < loadedText.data() + loadedText.size();
-    } else {
-        record.added = true;
-        record.start = static_cast<uint32_t>(addedText.size());
-        for (size_t i = 0; i < count; ++i) addedText.append(decoded.fields[i]).push_back(',');
-        record.size = static_cast<uint32_t>(addedText.size() - record.start);
-    }
+    Record record = {static_cast<uint32_t>(addedText.size()),
+                     0,
+                     static_cast<uint32_t>(decoded.valueCount),
+                     decoded.storedCrc,
+                     true,
+                     false};
+    for (size_t i = 0; i < count; ++i) addedText.append(decoded.fields[i]).push_back(',');
+    record.size = static_cast<uint32_t>(addedText.size() - record.start);
     records.push_back(record);
 }
 
@@ -68,7 +59,8 @@ bool CalibrationLines::holds(std::string_view stored, size_t index, std::string_
 }
 
 std::string_view CalibrationLines::stored(const Record& record) const {
-    return std::string_view(record.added ? addedText : loadedText).substr(record.start, record.size);
+    return std::string_view((record.added ? addedText : loadedText).data() + record.start,
+                            record.size);
 }
 
 std::vector<std::string_view> CalibrationLines::texts(const Record& record) const {
@@ -116,15 +108,17 @@ bool CalibrationLines::flush(const std::string& file) const {
                 file.c_str(), size);
         return false;
     }
-    const auto produce = [this](SafeFileWriter::Sink& sink) {
+    // Each line written is traced, when the log takes it.
+    const bool traced = __android_log_is_loggable(ANDROID_LOG_INFO, tag, ANDROID_LOG_VERBOSE) != 0;
+    const auto produce = [this, traced](SafeFileWriter::Sink& sink) {
         // Verbatim lines that follow each other in the loaded text are written as one span.
         std::string_view span;
         std::string rebuilt;
         for (const Record& record : records) {
             std::string_view line;
             if (record.verbatim) {
-                line = std::string_view(loadedText)
-                           .substr(record.start, record.size + decimalDigits(record.crc) + 1);
+                line = std::string_view(loadedText.data() + record.start,
+                                        record.size + decimalDigits(record.crc) + 1);
                 if (span.data() + span.size() == line.data()) {
                     span = std::string_view(span.data(), span.size() + line.size());
                 } else {
@@ -139,8 +133,10 @@ bool CalibrationLines::flush(const std::string& file) const {
                 sink.append(rebuilt);
                 line = rebuilt;
             }
-            __android_log_print(ANDROID_LOG_INFO, tag, "write record: %.*s",
-                                static_cast<int>(line.size()), line.data());
+            if (traced) {
+                __android_log_print(ANDROID_LOG_INFO, tag, "write record: %.*s",
+                                    static_cast<int>(line.size()), line.data());
+            }
         }
         sink.append(span);
     };

@@ -20,6 +20,9 @@ typedef enum android_LogPriority {
 int __android_log_print(int prio, const char* tag, const char* fmt, ...)
     __attribute__((__format__(printf, 3, 4)));
 
+// Whether a line of `prio` under `tag` would be written: on the host, whenever a log is set.
+int __android_log_is_loggable(int prio, const char* tag, int default_prio);
+
 #ifdef __cplusplus
 }
 #endif
