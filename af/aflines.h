@@ -54,13 +54,13 @@ void decodeSplitPdOffsetLine(std::string_view line, DecodedLine* decoded, bool s
 // forEachLine cuts), cut, split and decoded in one pass over the bytes.
 template <typename Visit>
 void forEachDecodedLine(std::string_view text, Decode decode, bool sumTexts, Visit visit) {
-    FieldLines lines(text);
     DecodedLine decoded;
-    std::string_view line;
-    while (lines.next(&line, &decoded.fields, &decoded.bareCommas)) {
-        decode(line, &decoded, sumTexts);
-        visit(line, decoded);
-    }
+    FieldLines::forEach(text, &decoded.fields,
+                        [&](std::string_view line, const FieldLines::Fields&, bool bare) {
+                            decoded.bareCommas = bare;
+                            decode(line, &decoded, sumTexts);
+                            visit(line, decoded);
+                        });
 }
 
 // Why `text`, stored as one field of a line, would not read back as itself, or null: the loader

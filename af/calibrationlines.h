@@ -73,11 +73,30 @@ class CalibrationLines {
 
   private:
     bool appendFile(const std::string& file, std::string_view* added);
-    void keepFields(std::string_view line, const DecodedLine& decoded);
+    void keepFields(std::string_view line, const DecodedLine& decoded) {
+        if (decoded.bareCommas) {
+            keepLine(line, decoded);
+        } else {
+            keepJoined(decoded);
+        }
+    }
+    // Keeps a record whose fields lie in the line as they will be written, where they are; and
+    // one whose fields have blanks between them, joined again in the added text.
+    void keepLine(std::string_view line, const DecodedLine& decoded) {
+        const char* begin = decoded.fields.front().data();
+        Record record = {static_cast<uint32_t>(begin - loadedText.data()),
+                         static_cast<uint32_t>(decoded.fields.back().data() - begin),
+                         static_cast<uint32_t>(decoded.valueCount), decoded.storedCrc, false,
+                         // A last line without its "\n" is completed when written again.
+                         decoded.asWritten && line.data() + line.size() < loadedEnd};
+        records.push_back(record);
+    }
+    void keepJoined(const DecodedLine& decoded);
     static size_t decimalDigits(uint16_t value);
 
     const char* tag;
     bool loaded = true;  // false once something that could not be loaded stood at the name
     std::string loadedText;
+    const char* loadedEnd = nullptr;  // of the loaded text
     std::string addedText;
 };

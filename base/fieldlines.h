@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <iterator>
 #include <string_view>
 #include <vector>
 
@@ -15,42 +16,164 @@
 // lie in the line exactly as they would be written again.
 //
 // A whole file's lines (cut as forEachLine cuts them) are split in one pass over its bytes,
-// sixteen at a time; a line with a blank is split again on its own.
+// sixty-four at a time, each block's marks serving every line that shares it; a line with a
+// blank is split again on its own.
 class FieldLines {
   public:
-    // The fields of one line. Its room is kept from line to line and only grows.
+    // The fields of one line; valid until the next line is cut into the same room. Each field is
+    // held as where it begins: it ends one byte before the next begins, past its separator.
     class Fields {
       public:
+        class Iterator {
+          public:
+            using iterator_category = std::forward_iterator_tag;
+            using value_type = std::string_view;
+            using difference_type = std::ptrdiff_t;
+            using pointer = void;
+            using reference = std::string_view;
+
+            Iterator(const Fields* fields, size_t at) : fields(fields), at(at) {}
+            std::string_view operator*() const { return (*fields)[at]; }
+            Iterator& operator++() {
+                ++at;
+                return *this;
+            }
+            bool operator==(const Iterator& other) const { return at == other.at; }
+            bool operator!=(const Iterator& other) const { return at != other.at; }
+
+          private:
+            const Fields* fields;
+            size_t at;
+        };
+
+        Fields() = default;
+        Fields(Fields&&) = default;
+        Fields& operator=(Fields&&) = default;
+        // A copy would point into the other's room.
+        Fields(const Fields&) = delete;
+        Fields& operator=(const Fields&) = delete;
+
         size_t size() const { return count; }
-        const std::string_view& operator[](size_t i) const { return room[i]; }
-        const std::string_view& front() const { return room[0]; }
-        const std::string_view& back() const { return room[count - 1]; }
-        const std::string_view* begin() const { return room.data(); }
-        const std::string_view* end() const { return room.data() + count; }
+        std::string_view operator[](size_t i) const {
+            return std::string_view(text + starts[i], starts[i + 1] - starts[i] - 1);
+        }
+        std::string_view front() const { return (*this)[0]; }
+        std::string_view back() const { return (*this)[count - 1]; }
+        Iterator begin() const { return Iterator(this, 0); }
+        Iterator end() const { return Iterator(this, count); }
 
       private:
         friend class FieldLines;
-        void clear() { count = 0; }
-        void add(std::string_view field);
-        // The room, holding `more` fields after the first `used` at least.
-        std::string_view* roomFor(size_t used, size_t more);
+        // The room, holding `size` starts at least; it is kept from line to line and only grows.
+        size_t* roomFor(size_t size) { return room.size() >= size ? room.data() : grow(size); }
+        size_t* grow(size_t size);
 
-        std::vector<std::string_view> room;  // its size is the room; the first `count` are used
+        std::vector<size_t> room;  // the starts of a block's lines, in order, in the text
+        // A line with blanks beside its commas: its fields joined by bare commas, and their starts.
+        std::vector<char> joined;
+        std::vector<size_t> joinedStarts;
+        const char* text = nullptr;
+        const size_t* starts = nullptr;  // count + 1 of them
         size_t count = 0;
     };
 
-    explicit FieldLines(std::string_view text) : text(text) {}
+    // The bytes looked at together.
+    static constexpr size_t kBlock = 64;
 
     // Splits one line on its own. Returns whether it is bare.
     static bool split(std::string_view line, Fields* fields);
 
-    // The next line and its fields, and whether they are bare; false after the last line.
-    bool next(std::string_view* line, Fields* fields, bool* bare);
+    // Calls `visit(line, *fields, bare)` for each line of `text`, its fields in `fields`.
+    template <typename Visit>
+    static void forEach(std::string_view text, Fields* fields, Visit visit);
 
   private:
-    static bool splitSeparated(std::string_view line, Fields* fields);
+    // Where the commas, the line breaks and the bytes up to 0x20 (every blank among them) lie in
+    // a block: bit i for its byte i.
+    struct Marks {
+        uint64_t commas = 0;
+        uint64_t newlines = 0;
+        uint64_t low = 0;
+    };
 
-    std::string_view text;
-    size_t from = 0;   // where the next line begins
-    size_t block = 0;  // where the sixteen bytes that hold `from` begin
+    // A line that a block ends: where, the start that closes its last field, the first start of
+    // the next line, and whether it has a byte up to 0x20 (a blank, maybe beside a comma).
+    struct Cut {
+        size_t end;
+        const size_t* last;
+        const size_t* next;
+        bool low;
+    };
+
+    // Where a cut through the text stands between blocks.
+    struct Cursor {
+        size_t* out;  // where the next start goes
+        bool low;     // the line being cut holds a byte up to 0x20
+    };
+
+    static bool splitSeparated(std::string_view line, Fields* fields);
+    static bool hasBareCommas(std::string_view line);
+    static Marks marksOf(const char* block);
+    // The marks of the block of `text` at `at`, which may end past the text.
+    static Marks marksAt(std::string_view text, size_t at);
+    // Cuts what the block of `text` at `at` ends: a start for each field that a comma or line
+    // break begins goes where the cursor says, each line (whose starts begin at `lineStarts`) to
+    // `cuts`. Returns the count of lines. Calls nothing, so that the cut stays in registers.
+    static size_t cutBlock(std::string_view text, size_t at, const size_t* lineStarts,
+                           Cursor* cursor, Cut* cuts);
+
+    // Gives the line `whole` of `text` its fields, whose starts run from `first` to `last`, split
+    // again when a blank may stand beside a comma, and visits it.
+    template <typename Visit>
+    static void visitLine(std::string_view text, std::string_view whole, const size_t* first,
+                          const size_t* last, bool low, Fields* fields, Visit& visit) {
+        if (low && !hasBareCommas(whole)) {
+            visit(whole, *fields, splitSeparated(whole, fields));
+            return;
+        }
+        fields->text = text.data();
+        fields->starts = first;
+        fields->count = static_cast<size_t>(last - first);
+        visit(whole, *fields, true);
+    }
 };
+
+// In the header, so that the visit is inlined. Each block is looked at once, in two steps: its
+// commas and line breaks cut the fields and lines, then each line it ended is visited.
+template <typename Visit>
+void FieldLines::forEach(std::string_view text, Fields* fields, Visit visit) {
+    const size_t size = text.size();
+    if (size == 0) return;
+    // The line a block ends in goes on in the next, with the starts of its fields so far at the
+    // front of the room; the first line begins with the text.
+    size_t line = 0;
+    size_t carried = 1;
+    fields->roomFor(1)[0] = 0;
+    bool low = false;
+    Cut cuts[kBlock];
+    for (size_t blockAt = 0; blockAt < size; blockAt += kBlock) {
+        // Each comma or line break of the block adds one start.
+        size_t* const room = fields->roomFor(carried + kBlock);
+        Cursor cursor = {room + carried, low};
+        const size_t count = cutBlock(text, blockAt, room, &cursor, cuts);
+        const size_t* first = room;
+        for (size_t i = 0; i < count; ++i) {
+            visitLine(text, text.substr(line, cuts[i].end - line), first, cuts[i].last, cuts[i].low,
+                      fields, visit);
+            line = cuts[i].end + 1;
+            first = cuts[i].next;
+        }
+        carried = static_cast<size_t>(cursor.out - first);
+        if (first != room) {
+            for (size_t i = 0; i < carried; ++i) room[i] = first[i];
+        }
+        low = cursor.low;
+    }
+    // A last line without a line break; its last field ends with the text.
+    if (line == size) return;
+    size_t* const room = fields->roomFor(carried + 1);
+    size_t* last = room + carried - 1;
+    // A trailing comma leaves no empty field: its start closes the field before.
+    if (*last != size || last == room) *++last = size + 1;
+    visitLine(text, text.substr(line), room, last, low, fields, visit);
+}

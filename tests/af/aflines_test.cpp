@@ -29,12 +29,18 @@ TEST(AfLines, SplitIsTheRegexTokenSplit) {
         }
         return true;
     };
-    // Every other text without blanks but line breaks, as the stores write them.
-    const char alphabet[] = {'x', ',', '\xa0', '\n', ' ', '\t', '\v', '\f', '\r', '\0', '\x85'};
+    // Every other text without blanks but line breaks, as the stores write them; line breaks
+    // one byte in four, or in sixty, so that lines span blocks.
+    const char alphabet[] = {'x', ',', '\xa0', ' ', '\t', '\v', '\f', '\r', '\0', '\x85'};
     std::mt19937 random(12);
     for (int round = 0; round < 30000; ++round) {
-        std::string text(random() % 60, ' ');
-        for (char& c : text) c = alphabet[random() % (round % 2 == 0 ? 4 : sizeof alphabet)];
+        std::string text(random() % 200, ' ');
+        const unsigned breaks = round % 4 < 2 ? 4 : 60;
+        for (char& c : text) {
+            c = random() % breaks == 0
+                    ? '\n'
+                    : alphabet[random() % (round % 2 == 0 ? 3 : sizeof alphabet)];
+        }
         FieldLines::Fields fields;
         EXPECT_EQ(FieldLines::split(text, &fields), bareSplit(text)) << testing::PrintToString(text);
         ASSERT_EQ(std::vector<std::string>(fields.begin(), fields.end()), regexSplit(text))
@@ -42,18 +48,17 @@ TEST(AfLines, SplitIsTheRegexTokenSplit) {
 
         std::vector<std::string_view> lines;
         forEachLine(text, [&lines](std::string_view line) { lines.push_back(line); });
-        FieldLines scan(text);
-        std::string_view line;
-        bool bare;
-        for (std::string_view expected : lines) {
-            ASSERT_TRUE(scan.next(&line, &fields, &bare)) << testing::PrintToString(text);
-            ASSERT_EQ(line, expected) << testing::PrintToString(text);
-            EXPECT_EQ(bare, bareSplit(line)) << testing::PrintToString(text);
-            ASSERT_EQ(std::vector<std::string>(fields.begin(), fields.end()),
-                      regexSplit(std::string(line)))
-                << testing::PrintToString(text);
-        }
-        EXPECT_FALSE(scan.next(&line, &fields, &bare)) << testing::PrintToString(text);
+        size_t count = 0;
+        FieldLines::forEach(text, &fields,
+                            [&](std::string_view line, const FieldLines::Fields&, bool bare) {
+                                ASSERT_LT(count, lines.size()) << testing::PrintToString(text);
+                                ASSERT_EQ(line, lines[count++]) << testing::PrintToString(text);
+                                EXPECT_EQ(bare, bareSplit(line)) << testing::PrintToString(text);
+                                ASSERT_EQ(std::vector<std::string>(fields.begin(), fields.end()),
+                                          regexSplit(std::string(line)))
+                                    << testing::PrintToString(text);
+                            });
+        EXPECT_EQ(count, lines.size()) << testing::PrintToString(text);
     }
 }
 

@@ -43,12 +43,9 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
     // split it replaced (on a bounded prefix: the regex recurses per character).
     static const std::regex separator("\\s*,\\s*");
     const std::string prefix = text.substr(0, 256);
-    FieldLines lines(prefix);
-    std::string_view line;
     FieldLines::Fields fields;
-    bool bare;
     size_t at = 0;  // where the next line must begin
-    while (lines.next(&line, &fields, &bare)) {
+    FieldLines::forEach(prefix, &fields, [&](std::string_view line, const FieldLines::Fields&, bool) {
         const std::string expected(line);
         at += line.size();
         if (line.data() + line.size() != prefix.data() + at ||
@@ -60,7 +57,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
             abort();
         }
         ++at;
-    }
+    });
     if (at < prefix.size()) abort();
     return 0;
 }
