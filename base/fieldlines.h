@@ -144,36 +144,42 @@ template <typename Visit>
 void FieldLines::forEach(std::string_view text, Fields* fields, Visit visit) {
     const size_t size = text.size();
     if (size == 0) return;
-    // The line a block ends in goes on in the next, with the starts of its fields so far at the
-    // front of the room; the first line begins with the text.
+    // The line a block ends in goes on in the next, with the starts of its fields so far from
+    // `head` to `used` in the room; the first line begins with the text.
     size_t line = 0;
-    size_t carried = 1;
+    size_t head = 0;
+    size_t used = 1;
     fields->roomFor(1)[0] = 0;
     bool low = false;
     Cut cuts[kBlock];
     for (size_t blockAt = 0; blockAt < size; blockAt += kBlock) {
-        // Each comma or line break of the block adds one start.
-        size_t* const room = fields->roomFor(carried + kBlock);
-        Cursor cursor = {room + carried, low};
-        const size_t count = cutBlock(text, blockAt, room, &cursor, cuts);
-        const size_t* first = room;
+        // Each comma or line break of the block adds one start. When the room is full, the line
+        // being cut moves to its front.
+        size_t* room = fields->room.data();
+        if (fields->room.size() - used < kBlock) {
+            for (size_t i = head; i < used; ++i) room[i - head] = room[i];
+            used -= head;
+            head = 0;
+            room = fields->roomFor(used + 16 * kBlock);
+        }
+        Cursor cursor = {room + used, low};
+        const size_t count = cutBlock(text, blockAt, room + head, &cursor, cuts);
+        const size_t* first = room + head;
         for (size_t i = 0; i < count; ++i) {
             visitLine(text, text.substr(line, cuts[i].end - line), first, cuts[i].last, cuts[i].low,
                       fields, visit);
             line = cuts[i].end + 1;
             first = cuts[i].next;
         }
-        carried = static_cast<size_t>(cursor.out - first);
-        if (first != room) {
-            for (size_t i = 0; i < carried; ++i) room[i] = first[i];
-        }
+        head = static_cast<size_t>(first - room);
+        used = static_cast<size_t>(cursor.out - room);
         low = cursor.low;
     }
     // A last line without a line break; its last field ends with the text.
     if (line == size) return;
-    size_t* const room = fields->roomFor(carried + 1);
-    size_t* last = room + carried - 1;
+    size_t* const room = fields->roomFor(used + 1);
+    size_t* last = room + used - 1;
     // A trailing comma leaves no empty field: its start closes the field before.
-    if (*last != size || last == room) *++last = size + 1;
-    visitLine(text, text.substr(line), room, last, low, fields, visit);
+    if (*last != size || last == room + head) *++last = size + 1;
+    visitLine(text, text.substr(line), room + head, last, low, fields, visit);
 }
