@@ -85,15 +85,19 @@ size_t FieldLines::cutBlock(std::string_view text, size_t at, const size_t* line
     size_t* out = cursor->out;
     bool low = cursor->low;
     Cut* cut = cuts;
+    uint64_t commas = marks.commas;
     // The block's bytes of the line being cut: after a line break, those after it.
     uint64_t lineBytes = ~uint64_t{0};
-    for (uint64_t ends = marks.commas | marks.newlines; ends != 0; ends &= ends - 1) {
-        const unsigned offset = static_cast<unsigned>(__builtin_ctzll(ends));
-        const size_t end = at + offset;
-        if ((marks.newlines >> offset & 1) == 0) {
-            *out++ = end + 1;
-            continue;
+    for (uint64_t breaks = marks.newlines;; breaks &= breaks - 1) {
+        // The commas up to the next line break, or to the block's end, each begin a field.
+        const uint64_t upToBreak = breaks ^ (breaks - 1);
+        for (uint64_t mine = commas & upToBreak; mine != 0; mine &= mine - 1) {
+            *out++ = at + 1 + static_cast<unsigned>(__builtin_ctzll(mine));
         }
+        if (breaks == 0) break;
+        commas &= ~upToBreak;
+        const unsigned offset = static_cast<unsigned>(__builtin_ctzll(breaks));
+        const size_t end = at + offset;
         // The line's last field ends here, unless it is empty after a comma: then it is no field,
         // and its start closes the one before. An empty line is one empty field.
         const bool emptyLast = out[-1] == end && out - 1 != lineStarts;
