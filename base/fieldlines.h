@@ -160,7 +160,7 @@ void FieldLines::forEach(std::string_view text, Fields* fields, Visit visit) {
             for (size_t i = head; i < used; ++i) room[i - head] = room[i];
             used -= head;
             head = 0;
-            room = fields->roomFor(used + 16 * kBlock);
+            room = fields->roomFor(used + 4 * kBlock);
         }
         Cursor cursor = {room + used, low};
         const size_t count = cutBlock(text, blockAt, room + head, &cursor, cuts);
