@@ -7,7 +7,8 @@
 #include <vector>
 
 // The AF and PD-offset files' cut: lines at '\n', fields as the regular expression "\s*,\s*"
-// cuts them. Views point into the text they were cut from; nothing is allocated per line.
+// cuts them. Views point into the text they were cut from (those of a line with blanks beside its
+// commas, into a copy of its fields); nothing is allocated per line.
 //
 // A line's fields are the texts between separators, a separator being a comma with any white
 // space on either side. Empty fields between commas count; an empty field after the last comma
@@ -16,8 +17,8 @@
 // lie in the line exactly as they would be written again.
 //
 // A whole file's lines (cut as forEachLine cuts them) are split in one pass over its bytes,
-// sixty-four at a time, each block's marks serving every line that shares it; a line with a
-// blank is split again on its own.
+// sixty-four at a time, each block looked at once for every line that shares it; a line with a
+// blank beside a comma is split again on its own.
 class FieldLines {
   public:
     // The fields of one line; valid until the next line is cut into the same room. Each field is
