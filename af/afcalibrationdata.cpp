@@ -66,13 +66,6 @@ const char* pdOffsetField(size_t i) {
     return i < 4 ? kHead[i] : "PD-offset value";
 }
 
-// Whether the log takes the info line traced per loaded line. When it does not (a device whose
-// log.tag property says so, a host run without a log), the line is not formatted at all: in a
-// file of 10,000 records that would cost more than the load itself.
-bool tracesLines() {
-    return __android_log_is_loggable(ANDROID_LOG_INFO, kTag, ANDROID_LOG_VERBOSE) != 0;
-}
-
 int dacTolerance(int largestDac) {
     // 120/1024 of a 10-, 12- or 14-bit DAC's range; past that only an exact DAC passes.
     if (largestDac < 1024) return 120;
@@ -89,7 +82,7 @@ bool AfCalibrationData::init() {
 }
 
 bool AfCalibrationData::parse() {
-    const bool traced = tracesLines();
+    const bool traced = points.tracesLines();
     const auto keep = [traced](std::string_view, const DecodedLine& decoded) {
         if (decoded.status != LineStatus::ok) {
             __android_log_print(ANDROID_LOG_ERROR, kTag,
@@ -239,7 +232,7 @@ void AfCalibrationData::pdOffsetInit() {
 }
 
 void AfCalibrationData::pdOffsetParse() {
-    const bool traced = tracesLines();
+    const bool traced = pdOffsets.tracesLines();
     const auto keep = [traced](std::string_view line, const DecodedLine& decoded) {
         const FieldLines::Fields& fields = decoded.fields;
         if (decoded.status == LineStatus::lengthNotANumber) {

@@ -92,6 +92,10 @@ void CalibrationLines::put(int index, const std::vector<std::string_view>& texts
     }
 }
 
+bool CalibrationLines::tracesLines() const {
+    return __android_log_is_loggable(ANDROID_LOG_INFO, tag, ANDROID_LOG_VERBOSE) != 0;
+}
+
 bool CalibrationLines::flush(const std::string& file) const {
     if (!loaded) {
         __android_log_print(ANDROID_LOG_ERROR, tag, "flush:kept %s, which could not be loaded\n",
@@ -108,8 +112,7 @@ bool CalibrationLines::flush(const std::string& file) const {
                 file.c_str(), size);
         return false;
     }
-    // Each line written is traced, when the log takes it.
-    const bool traced = __android_log_is_loggable(ANDROID_LOG_INFO, tag, ANDROID_LOG_VERBOSE) != 0;
+    const bool traced = tracesLines();
     const auto produce = [this, traced](SafeFileWriter::Sink& sink) {
         // Verbatim lines that follow each other in the loaded text are written as one span.
         std::string_view span;

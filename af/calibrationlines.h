@@ -65,6 +65,11 @@ class CalibrationLines {
     void put(int index, const std::vector<std::string_view>& texts, uint16_t crc,
              uint32_t valueCount);
 
+    // Whether the log takes the info line traced per record loaded or written. When it does not
+    // (a device whose log.tag property says so, a host run without a log), the line is not
+    // formatted at all: in a file of 10,000 records that would cost more than the load itself.
+    bool tracesLines() const;
+
     // Rewrites the whole file from the records, logging each line; false (and the old file kept)
     // when it could not be written, would not fit the reader's cap, or could not be loaded.
     bool flush(const std::string& file) const;
@@ -73,6 +78,9 @@ class CalibrationLines {
 
   private:
     bool appendFile(const std::string& file, std::string_view* added);
+    // The fields before the CRC as they will be written: the line itself when they are separated
+    // by bare commas, so that a file this store wrote is taken without a copy; otherwise the
+    // fields joined again, in the added text.
     void keepFields(std::string_view line, const DecodedLine& decoded) {
         if (decoded.bareCommas) {
             keepLine(line, decoded);
@@ -80,8 +88,6 @@ class CalibrationLines {
             keepJoined(decoded);
         }
     }
-    // Keeps a record whose fields lie in the line as they will be written, where they are; and
-    // one whose fields have blanks between them, joined again in the added text.
     void keepLine(std::string_view line, const DecodedLine& decoded) {
         const char* begin = decoded.fields.front().data();
         Record record = {static_cast<uint32_t>(begin - loadedText.data()),

@@ -98,12 +98,9 @@ size_t FieldLines::cutBlock(std::string_view text, size_t at, const size_t* line
         commas &= ~upToBreak;
         const unsigned offset = static_cast<unsigned>(__builtin_ctzll(breaks));
         const size_t end = at + offset;
-        // The line's last field ends here, unless it is empty after a comma: then it is no field,
-        // and its start closes the one before. An empty line is one empty field.
-        const bool emptyLast = out[-1] == end && out - 1 != lineStarts;
-        *out++ = end + 1;  // closes the last field, and begins the next line
+        const size_t* last = closeLine(out, end, lineStarts);
         const bool blanks = low || (marks.low & lineBytes & ((uint64_t{1} << offset) - 1)) != 0;
-        *cut++ = {end, emptyLast ? out - 2 : out - 1, out - 1, blanks};
+        *cut++ = {end, last, out - 1, blanks};
         lineStarts = out - 1;
         low = false;
         lineBytes = ~uint64_t{1} << offset;

@@ -123,6 +123,15 @@ class FieldLines {
     static size_t cutBlock(std::string_view text, size_t at, const size_t* lineStarts,
                            Cursor* cursor, Cut* cuts);
 
+    // Ends the line whose starts begin at `lineStarts` at `end`, adding the start that follows it,
+    // and returns the start that closes its last field: an empty field after a comma is no field,
+    // its own start closing the one before; an empty line is one empty field.
+    static const size_t* closeLine(size_t*& out, size_t end, const size_t* lineStarts) {
+        const bool emptyLast = out[-1] == end && out - 1 != lineStarts;
+        *out++ = end + 1;
+        return emptyLast ? out - 2 : out - 1;
+    }
+
     // Gives the line `whole` of `text` its fields, whose starts run from `first` to `last`, split
     // again when a blank may stand beside a comma, and visits it.
     template <typename Visit>
@@ -179,8 +188,7 @@ void FieldLines::forEach(std::string_view text, Fields* fields, Visit visit) {
     // A last line without a line break; its last field ends with the text.
     if (line == size) return;
     size_t* const room = fields->roomFor(used + 1);
-    size_t* last = room + used - 1;
-    // A trailing comma leaves no empty field: its start closes the field before.
-    if (*last != size || last == room + head) *++last = size + 1;
+    size_t* out = room + used;
+    const size_t* last = closeLine(out, size, room + head);
     visitLine(text, text.substr(line), room + head, last, low, fields, visit);
 }
