@@ -13,6 +13,7 @@
 #include "af/calibrationlines.h"
 #include "base/fieldlines.h"
 #include "base/filereader.h"
+#include "base/parseint.h"
 #include "base/text.h"
 #include "common/badnumber.h"
 #include "common/cameras.h"
@@ -119,9 +120,8 @@ std::string AfCalibrationData::getFuseId(std::string camera) {
 }
 
 int AfCalibrationData::find(std::string fuseId, std::string dist) {
-    return points.find([&](std::string_view stored) {
-        return CalibrationLines::holds(stored, 2, fuseId) &&
-               CalibrationLines::holds(stored, 3, dist);
+    return points.find([&](std::string_view line) {
+        return CalibrationLines::holds(line, 2, fuseId) && CalibrationLines::holds(line, 3, dist);
     });
 }
 
@@ -168,7 +168,7 @@ bool AfCalibrationData::write(const std::string& camera, int dist, int dac, int 
     }
     if (!readsBack(path, texts, afField)) return false;
     // Summed from the texts themselves, whatever they hold.
-    points.put(index, texts, afRecordCrc(texts), 0);
+    points.put(index, texts, afRecordCrc(texts));
     return true;
 }
 
@@ -261,14 +261,19 @@ void AfCalibrationData::pdOffsetParse() {
 
 int AfCalibrationData::pdOffsetFind(std::string fuseId) {
     return pdOffsets.find(
-        [&](std::string_view stored) { return CalibrationLines::holds(stored, 2, fuseId); });
+        [&](std::string_view line) { return CalibrationLines::holds(line, 2, fuseId); });
+}
+
+int AfCalibrationData::valueCountOf(const std::vector<std::string_view>& texts) {
+    // Every held record's N read as its line was taken: a decimal int, at most the values there.
+    return leadingInt(texts[3]).value_or(0);
 }
 
 int AfCalibrationData::pdOffsetCheck(const pdOffsetCalData* record) {
     if (record == nullptr) return 0;
     const std::vector<std::string_view> texts = pdOffsets.texts(*record);
     const auto values = texts.begin() + 4;
-    const auto sfrData = values + record->valueCount;
+    const auto sfrData = values + valueCountOf(texts);
     return pdOffsetRecordCrc({texts.begin(), values}, {values, sfrData}, {sfrData, texts.end()});
 }
 
@@ -300,13 +305,11 @@ bool AfCalibrationData::pdOffsetWrite(const std::string& camera, int pdOffsetLen
     if (!readsBack(pdOffsetPath, texts, pdOffsetField)) return false;
     std::vector<std::string_view> sfrData;
     if (index >= 0) {
-        const pdOffsetCalData& old = pdOffsets.records[index];
-        const std::vector<std::string_view> oldTexts = pdOffsets.texts(old);
-        sfrData.assign(oldTexts.begin() + 4 + old.valueCount, oldTexts.end());
+        const std::vector<std::string_view> oldTexts = pdOffsets.texts(pdOffsets.records[index]);
+        sfrData.assign(oldTexts.begin() + 4 + valueCountOf(oldTexts), oldTexts.end());
     }
     texts.insert(texts.end(), sfrData.begin(), sfrData.end());
-    pdOffsets.put(index, texts, pdOffsetRecordCrc(head, values, sfrData),
-                  static_cast<uint32_t>(values.size()));
+    pdOffsets.put(index, texts, pdOffsetRecordCrc(head, values, sfrData));
     return true;
 }
 
@@ -323,17 +326,16 @@ bool AfCalibrationData::pdOffsetSfrDataWrite(const std::string& camera, const st
         return false;
     }
     for (size_t i = 0; i < pdOffsets.records.size(); ++i) {
-        const pdOffsetCalData& record = pdOffsets.records[i];
-        std::vector<std::string_view> texts = pdOffsets.texts(record);
+        std::vector<std::string_view> texts = pdOffsets.texts(pdOffsets.records[i]);
         if (texts.size() < 2 || texts[1] != camera) continue;
         // An earlier set is dropped.
-        texts.resize(4 + record.valueCount);
+        const int valueCount = valueCountOf(texts);
+        texts.resize(4 + valueCount);
         texts.insert(texts.end(), values.begin(), values.end());
         const auto head = texts.begin() + 4;
-        const auto sfr = head + record.valueCount;
+        const auto sfr = head + valueCount;
         pdOffsets.put(static_cast<int>(i), texts,
-                      pdOffsetRecordCrc({texts.begin(), head}, {head, sfr}, {sfr, texts.end()}),
-                      record.valueCount);
+                      pdOffsetRecordCrc({texts.begin(), head}, {head, sfr}, {sfr, texts.end()}));
         return true;
     }
     return false;
@@ -357,13 +359,14 @@ int AfCalibrationData::getPdoffset(int camera, std::vector<float>& pdOffset,
     }
     const pdOffsetCalData record = pdOffsets.records[index];
     const int computed = pdOffsetCheck(&record) & 0xFFFF;
-    if (computed != record.crc) {
+    const int stored = pdOffsets.crc(record);
+    if (computed != stored) {
         __android_log_print(ANDROID_LOG_ERROR, kTag, "pdOffsetCalData crc check error %d,%d",
-                            computed, static_cast<int>(record.crc));
+                            computed, stored);
         return -1;
     }
     const std::vector<std::string_view> texts = pdOffsets.texts(record);
-    const auto sfr = texts.begin() + 4 + record.valueCount;
+    const auto sfr = texts.begin() + 4 + valueCountOf(texts);
     for (auto value = texts.begin() + 4; value != sfr; ++value) {
         pdOffset.push_back(toFloat(std::string(*value)));
     }

@@ -92,6 +92,9 @@ class AfCalibrationData {
     static std::string pdOffsetCalFilePath();
 
   private:
+    // N of a PD-offset record from its texts.
+    static int valueCountOf(const std::vector<std::string_view>& texts);
+
     std::string path;
     std::string pdOffsetPath;
     CalibrationLines points{"AfCalibrationData"};

@@ -32,40 +32,28 @@ bool CalibrationLines::appendFile(const std::string& file, std::string_view* add
 }
 
 void CalibrationLines::keepJoined(const DecodedLine& decoded) {
+    const size_t start = addedText.size();
     const size_t count = decoded.fields.size() - 1;
-    Record record = {static_cast<uint32_t>(addedText.size()),
-                     0,
-                     static_cast<uint32_t>(decoded.valueCount),
-                     decoded.storedCrc,
-                     true,
-                     false};
     for (size_t i = 0; i < count; ++i) addedText.append(decoded.fields[i]).push_back(',');
-    record.size = static_cast<uint32_t>(addedText.size() - record.start);
-    records.push_back(record);
+    // The texts are in place: only the CRC and the line's end follow.
+    appendStoredLine(&addedText, {}, decoded.storedCrc);
+    records.push_back(
+        {static_cast<uint32_t>(start), static_cast<uint32_t>(addedText.size() - start), true});
 }
 
-size_t CalibrationLines::decimalDigits(uint16_t value) {
-    return value >= 10000 ? 5 : value >= 1000 ? 4 : value >= 100 ? 3 : value >= 10 ? 2 : 1;
-}
-
-bool CalibrationLines::holds(std::string_view stored, size_t index, std::string_view text) {
+bool CalibrationLines::holds(std::string_view line, size_t index, std::string_view text) {
     // The texts before it are short: a byte at a time beats a library call per comma.
     size_t at = 0;
-    for (; index > 0 && at < stored.size(); ++at) {
-        if (stored[at] == ',') --index;
+    for (; index > 0 && at < line.size(); ++at) {
+        if (line[at] == ',') --index;
     }
-    return index == 0 && stored.size() - at > text.size() && stored[at + text.size()] == ',' &&
-           stored.compare(at, text.size(), text) == 0;
-}
-
-std::string_view CalibrationLines::stored(const Record& record) const {
-    return std::string_view((record.added ? addedText : loadedText).data() + record.start,
-                            record.size);
+    return index == 0 && line.size() - at > text.size() && line[at + text.size()] == ',' &&
+           line.compare(at, text.size(), text) == 0;
 }
 
 std::vector<std::string_view> CalibrationLines::texts(const Record& record) const {
     std::vector<std::string_view> texts;
-    std::string_view rest = stored(record);
+    std::string_view rest = line(record);
     for (size_t comma; (comma = rest.find(',')) != std::string_view::npos;) {
         texts.push_back(rest.substr(0, comma));
         rest.remove_prefix(comma + 1);
@@ -73,18 +61,24 @@ std::vector<std::string_view> CalibrationLines::texts(const Record& record) cons
     return texts;
 }
 
-void CalibrationLines::put(int index, const std::vector<std::string_view>& texts, uint16_t crc,
-                           uint32_t valueCount) {
+uint16_t CalibrationLines::crc(const Record& record) const {
+    // Decimal digits after the last comma, as every held line ends.
+    const std::string_view text = line(record);
+    unsigned value = 0;
+    for (size_t at = text.rfind(',') + 1; at + 1 < text.size(); ++at) {
+        value = value * 10 + static_cast<unsigned>(text[at] - '0');
+    }
+    return static_cast<uint16_t>(value);
+}
+
+void CalibrationLines::put(int index, const std::vector<std::string_view>& texts, uint16_t crc) {
     // The texts may lie in the added text already: joined first, then added.
     std::string joined;
     for (std::string_view text : texts) joined.append(text).push_back(',');
-    const Record record = {static_cast<uint32_t>(addedText.size()),
-                           static_cast<uint32_t>(joined.size()),
-                           valueCount,
-                           crc,
-                           true,
-                           false};
-    addedText.append(joined);
+    const size_t start = addedText.size();
+    appendStoredLine(&addedText, joined, crc);
+    const Record record = {static_cast<uint32_t>(start),
+                           static_cast<uint32_t>(addedText.size() - start), true};
     if (index >= 0) {
         records[static_cast<size_t>(index)] = record;
     } else {
@@ -104,7 +98,7 @@ bool CalibrationLines::flush(const std::string& file) const {
     }
     // The next run's reader would refuse a file past its cap, and every later store with it.
     size_t size = 0;
-    for (const Record& record : records) size += record.size + decimalDigits(record.crc) + 1;
+    for (const Record& record : records) size += record.size;
     if (size > kMaxFileSize) {
         fprintf(stderr,
                 "Error:cannot store %s: it would hold %zu bytes, more than the 16 MiB a "
@@ -114,27 +108,15 @@ bool CalibrationLines::flush(const std::string& file) const {
     }
     const bool traced = tracesLines();
     const auto produce = [this, traced](SafeFileWriter::Sink& sink) {
-        // Verbatim lines that follow each other in the loaded text are written as one span.
+        // Lines that follow each other in the held text are written as one span.
         std::string_view span;
-        std::string rebuilt;
         for (const Record& record : records) {
-            std::string_view line;
-            if (record.verbatim) {
-                line = std::string_view(loadedText.data() + record.start,
-                                        record.size + decimalDigits(record.crc) + 1);
-                if (span.data() + span.size() == line.data()) {
-                    span = std::string_view(span.data(), span.size() + line.size());
-                } else {
-                    sink.append(span);
-                    span = line;
-                }
+            const std::string_view line = this->line(record);
+            if (span.data() + span.size() == line.data()) {
+                span = std::string_view(span.data(), span.size() + line.size());
             } else {
                 sink.append(span);
-                span = {};
-                rebuilt.clear();
-                appendStoredLine(&rebuilt, stored(record), record.crc);
-                sink.append(rebuilt);
-                line = rebuilt;
+                span = line;
             }
             if (traced) {
                 __android_log_print(ANDROID_LOG_INFO, tag, "write record: %.*s",

@@ -7,21 +7,19 @@
 
 #include "af/aflines.h"
 
-// One of the two focus calibration files as a store holds it: the bytes as loaded, the texts of
-// the records changed or added since, and per record where its texts lie and its CRC. Loading,
-// finding, changing and rewriting are the same for both files; what a line means is the
-// caller's (its decoder and what it logs of each line).
+// One of the two focus calibration files as a store holds it: the bytes as loaded, the lines
+// changed or added since, and per record where its line lies. Loading, finding, changing and
+// rewriting are the same for both files; what a line means is the caller's (its decoder and what
+// it logs of each line).
 class CalibrationLines {
   public:
-    // A record's texts (each followed by ",", as the line will be written) lie once in the held
-    // text; a loaded line written that way is not copied at all. Only the CRC is a number.
+    // A record is its line exactly as it will be written: its texts, each followed by ",", its
+    // CRC in decimal and "\n". A loaded line already written so is not copied at all; any other
+    // is written once into the added text. Eight bytes, as a large file holds many.
     struct Record {
-        uint32_t start;  // of the texts in the loaded or the added text
-        uint32_t size;
-        uint32_t valueCount;  // PD-offset: N
-        uint16_t crc;
-        bool added;     // in the text added this run, not the file's
-        bool verbatim;  // a loaded line, its CRC and "\n" right after its texts as written
+        uint32_t start;  // of the line in the loaded or the added text
+        uint32_t size : 31;
+        uint32_t added : 1;  // in the text added this run, not the file's
     };
 
     explicit CalibrationLines(const char* tag) : tag(tag) {}
@@ -45,25 +43,28 @@ class CalibrationLines {
         return true;
     }
 
-    // The first record whose texts satisfy `match(stored)`, or -1.
+    // The first record whose line satisfies `match(line)`, or -1.
     template <typename Match>
     int find(Match match) const {
         for (size_t i = 0; i < records.size(); ++i) {
-            if (match(stored(records[i]))) return static_cast<int>(i);
+            if (match(line(records[i]))) return static_cast<int>(i);
         }
         return -1;
     }
 
-    // Whether the `index`-th text of a record as stored is `text`, without splitting the
-    // others out.
-    static bool holds(std::string_view stored, size_t index, std::string_view text);
+    // Whether the `index`-th text of a record's line is `text` (the CRC is no text), without
+    // splitting the others out.
+    static bool holds(std::string_view line, size_t index, std::string_view text);
 
-    std::string_view stored(const Record& record) const;
+    std::string_view line(const Record& record) const {
+        return std::string_view((record.added ? addedText : loadedText).data() + record.start,
+                                record.size);
+    }
     std::vector<std::string_view> texts(const Record& record) const;
+    uint16_t crc(const Record& record) const;
 
     // Gives record `index` (a new one at the end when negative) these texts and CRC.
-    void put(int index, const std::vector<std::string_view>& texts, uint16_t crc,
-             uint32_t valueCount);
+    void put(int index, const std::vector<std::string_view>& texts, uint16_t crc);
 
     // Whether the log takes the info line traced per record loaded or written. When it does not
     // (a device whose log.tag property says so, a host run without a log), the line is not
@@ -78,27 +79,20 @@ class CalibrationLines {
 
   private:
     bool appendFile(const std::string& file, std::string_view* added);
-    // The fields before the CRC as they will be written: the line itself when they are separated
-    // by bare commas, so that a file this store wrote is taken without a copy; otherwise the
-    // fields joined again, in the added text.
+    // The line as it will be written: the loaded one where it is so already, so that a file this
+    // store wrote is taken without a copy; otherwise its fields joined again and its CRC as the
+    // writers write it, in the added text. A last line without its "\n" is completed so.
     void keepFields(std::string_view line, const DecodedLine& decoded) {
-        if (decoded.bareCommas) {
-            keepLine(line, decoded);
+        if (decoded.asWritten && line.data() + line.size() < loadedEnd) {
+            const char* begin = decoded.fields.front().data();
+            const char* end = line.data() + line.size() + 1;
+            records.push_back({static_cast<uint32_t>(begin - loadedText.data()),
+                               static_cast<uint32_t>(end - begin), false});
         } else {
             keepJoined(decoded);
         }
     }
-    void keepLine(std::string_view line, const DecodedLine& decoded) {
-        const char* begin = decoded.fields.front().data();
-        Record record = {static_cast<uint32_t>(begin - loadedText.data()),
-                         static_cast<uint32_t>(decoded.fields.back().data() - begin),
-                         static_cast<uint32_t>(decoded.valueCount), decoded.storedCrc, false,
-                         // A last line without its "\n" is completed when written again.
-                         decoded.asWritten && line.data() + line.size() < loadedEnd};
-        records.push_back(record);
-    }
     void keepJoined(const DecodedLine& decoded);
-    static size_t decimalDigits(uint16_t value);
 
     const char* tag;
     bool loaded = true;  // false once something that could not be loaded stood at the name
