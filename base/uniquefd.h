@@ -2,6 +2,7 @@
 
 #include <dirent.h>
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -51,12 +52,18 @@ class UniqueFd {
     // The entries of the directory this descriptor holds, from the first, through a descriptor of
     // the listing's own, so that this one stays open and keeps its place. Null, with errno set,
     // when no listing can be made.
+    //
+    // A directory this run owns keeps its access time: every store lists the persist directory
+    // it has just changed, and the access time that a listing would then write costs a journal
+    // entry, as much as the rest of the listing. Another owner's is left to the kernel, as only
+    // a capability (which would be asked for, and logged when refused) allows that there.
     DirectoryStream listDirectory() const {
-        UniqueFd copy(fcntl(fd, F_DUPFD_CLOEXEC, 0));
-        DIR* listing = copy.valid() ? fdopendir(copy.get()) : nullptr;
+        struct stat info;
+        const int noAtime = fstat(fd, &info) == 0 && info.st_uid == geteuid() ? O_NOATIME : 0;
+        UniqueFd own(openat(fd, ".", O_RDONLY | O_DIRECTORY | O_CLOEXEC | noAtime));
+        DIR* listing = own.valid() ? fdopendir(own.get()) : nullptr;
         if (listing == nullptr) return nullptr;
-        copy.release();
-        rewinddir(listing);
+        own.release();
         return DirectoryStream(listing);
     }
 
