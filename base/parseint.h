@@ -21,6 +21,16 @@ std::optional<long long> parseInt(std::string_view text, long long min, long lon
 
 // A leading decimal int as std::stoi reads it: empty where std::stoi would throw.
 inline std::optional<int> leadingInt(std::string_view text) {
+    // Nothing but a few digits, as the writers write a count, is read here without a call: a
+    // PD-offset file holds one on every line.
+    if (!text.empty() && text.size() <= 9) {
+        int value = 0;
+        size_t at = 0;
+        for (unsigned digit; at < text.size() && (digit = text[at] - '0') < 10u; ++at) {
+            value = value * 10 + static_cast<int>(digit);
+        }
+        if (at == text.size()) return value;
+    }
     const std::optional<long long> value = parseInt(text, INT32_MIN, INT32_MAX, Rest::ignore);
     if (!value) return {};
     return static_cast<int>(*value);
