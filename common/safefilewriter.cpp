@@ -1,6 +1,7 @@
 #include "common/safefilewriter.h"
 
 #include <fcntl.h>
+#include <sys/auxv.h>
 #include <sys/stat.h>
 #include <time.h>
 #include <unistd.h>
@@ -8,6 +9,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstdint>
+#include <cstring>
 
 #include "base/paths.h"
 #include "base/signalblock.h"
@@ -56,11 +58,15 @@ std::string randomSuffix(uint64_t seed) {
 class Temporary {
   public:
     Temporary(int directory, const std::string& target) : directory(directory) {
+        // The kernel's random bytes for this process, read without a system call, and the time.
+        uint64_t random = 0;
+        if (const void* bytes = reinterpret_cast<const void*>(getauxval(AT_RANDOM))) {
+            memcpy(&random, bytes, sizeof random);
+        }
         timespec now{};
         clock_gettime(CLOCK_MONOTONIC, &now);
-        const uint64_t seed = static_cast<uint64_t>(getpid()) << 40 ^
-                              static_cast<uint64_t>(now.tv_sec) << 30 ^
-                              static_cast<uint64_t>(now.tv_nsec);
+        const uint64_t seed =
+            random ^ static_cast<uint64_t>(now.tv_sec) << 30 ^ static_cast<uint64_t>(now.tv_nsec);
         for (uint64_t attempt = 0; attempt < 100 && !fd.valid(); ++attempt) {
             name = "." + target + "." + randomSuffix(seed + attempt);
             fd.reset(openat(directory, name.c_str(),
