@@ -47,8 +47,8 @@ FileRead failed(int error) {
 }
 
 // The whole content of an open regular file, up to the cap and one byte. Its size is a hint: a
-// file that grows meanwhile is read on. A read short of the room that ends where the size said
-// is the end, without the read that would return nothing.
+// file that grows meanwhile is read on. A read that ends where the size said, short of the room
+// that holds one byte more, is the end, without the read that would return nothing.
 FileRead readToEnd(int fd, off_t size) {
     constexpr size_t cap = kMaxFileSize;
     FileRead result;
@@ -64,7 +64,7 @@ FileRead readToEnd(int fd, off_t size) {
         const ssize_t count = read(fd, &bytes[used], bytes.size() - used);
         if (count > 0) {
             used += static_cast<size_t>(count);
-            if (used == hint && hint > 0 && used < bytes.size()) break;
+            if (used == hint) break;
         } else if (count == 0) {
             break;
         } else if (errno != EINTR) {
