@@ -84,10 +84,8 @@ class CalibrationLines {
     // writers write it, in the added text. A last line without its "\n" is completed so.
     void keepFields(std::string_view line, const DecodedLine& decoded) {
         if (decoded.asWritten && line.data() + line.size() < loadedEnd) {
-            const char* begin = decoded.fields.front().data();
-            const char* end = line.data() + line.size() + 1;
-            records.push_back({static_cast<uint32_t>(begin - loadedText.data()),
-                               static_cast<uint32_t>(end - begin), false});
+            records.push_back({static_cast<uint32_t>(line.data() - loadedText.data()),
+                               static_cast<uint32_t>(line.size() + 1), false});
         } else {
             keepJoined(decoded);
         }
