@@ -5,6 +5,7 @@
 #include <cstdio>
 
 #include "base/filereader.h"
+#include "base/parseint.h"
 #include "common/fileattribute.h"
 #include "common/recordfile.h"
 
@@ -31,16 +32,6 @@ bool CalibrationLines::appendFile(const std::string& file, std::string_view* add
     return true;
 }
 
-void CalibrationLines::keepJoined(const DecodedLine& decoded) {
-    const size_t start = addedText.size();
-    const size_t count = decoded.fields.size() - 1;
-    for (size_t i = 0; i < count; ++i) addedText.append(decoded.fields[i]).push_back(',');
-    // The texts are in place: only the CRC and the line's end follow.
-    appendStoredLine(&addedText, {}, decoded.storedCrc);
-    records.push_back(
-        {static_cast<uint32_t>(start), static_cast<uint32_t>(addedText.size() - start), true});
-}
-
 bool CalibrationLines::holds(std::string_view line, size_t index, std::string_view text) {
     // The texts before it are short: a byte at a time beats a library call per comma.
     size_t at = 0;
@@ -62,13 +53,9 @@ std::vector<std::string_view> CalibrationLines::texts(const Record& record) cons
 }
 
 uint16_t CalibrationLines::crc(const Record& record) const {
-    // Decimal digits after the last comma, as every held line ends.
+    // Every held line ends with its CRC in decimal after the last comma, then "\n".
     const std::string_view text = line(record);
-    unsigned value = 0;
-    for (size_t at = text.rfind(',') + 1; at + 1 < text.size(); ++at) {
-        value = value * 10 + static_cast<unsigned>(text[at] - '0');
-    }
-    return static_cast<uint16_t>(value);
+    return static_cast<uint16_t>(leadingInt(text.substr(text.rfind(',') + 1)).value_or(0));
 }
 
 void CalibrationLines::put(int index, const std::vector<std::string_view>& texts, uint16_t crc) {

@@ -87,10 +87,11 @@ class CalibrationLines {
             records.push_back({static_cast<uint32_t>(line.data() - loadedText.data()),
                                static_cast<uint32_t>(line.size() + 1), false});
         } else {
-            keepJoined(decoded);
+            std::vector<std::string_view> texts(decoded.fields.begin(), decoded.fields.end());
+            texts.pop_back();
+            put(-1, texts, decoded.storedCrc);
         }
     }
-    void keepJoined(const DecodedLine& decoded);
 
     const char* tag;
     bool loaded = true;  // false once something that could not be loaded stood at the name
